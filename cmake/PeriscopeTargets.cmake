@@ -1,0 +1,52 @@
+# What every target of this project has in common.
+
+include(GNUInstallDirs)
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
+endif()
+
+# Everything runs from the build folder as it does once installed.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+set(PERISCOPE_PLUGIN_FOLDER lookout/plugins)
+set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+
+set(PERISCOPE_SANITIZE "" CACHE STRING "Sanitizers to build with, as for -fsanitize=")
+
+# The warnings, the language and the sanitizers of our own code.
+function(periscope_target name)
+  target_compile_features(${name} PUBLIC cxx_std_20)
+  target_compile_options(${name} PRIVATE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+    # Results of floating point arithmetic must not depend on the compiler's taste.
+    -ffp-contract=off)
+  if(PERISCOPE_SANITIZE)
+    target_compile_options(${name} PRIVATE -fsanitize=${PERISCOPE_SANITIZE}
+                           -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(${name} PRIVATE -fsanitize=${PERISCOPE_SANITIZE})
+  endif()
+endfunction()
+
+# periscope_test(NAME SOURCES a.cpp.. LIBRARIES x.. [LABELS threads ..])
+# One test program; each of its tests is a test of its own, in a process of its own.
+function(periscope_test name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES;LABELS" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  periscope_target(${name})
+  set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} test-support GTest::gtest)
+  gtest_discover_tests(${name}
+    TEST_PREFIX "${name}."
+    DISCOVERY_TIMEOUT 60
+    PROPERTIES
+      TIMEOUT 120
+      LABELS "${arg_LABELS}"
+      ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_LOGGING_RULES=*.debug=false;TZ=UTC")
+endfunction()

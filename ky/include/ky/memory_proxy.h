@@ -1,0 +1,35 @@
+// The robot's shared memory: values under names, for everybody to read and write.
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <string>
+#include <vector>
+
+#include "ky/broker.h"
+#include "ky/proxy.h"
+#include "ky/value.h"
+
+namespace Ky {
+
+// Proxy to the module "KyMemory". Thread-safe; every call may throw KyError.
+class KyMemoryProxy {
+ public:
+  // Throws KyError when there is no such module.
+  explicit KyMemoryProxy(boost::shared_ptr<KyBroker> broker);
+
+  void insertData(const std::string& key, const KyValue& value);
+  // Throws KyError for an unknown key.
+  KyValue getData(const std::string& key);
+  // `keys` is an array of strings. One value for each, in the same order; throws KyError when one
+  // is unknown.
+  KyValue getListData(const KyValue& keys);
+  // Throws KyError for an unknown key.
+  void removeData(const std::string& key);
+  // The keys that begin with `prefix`, sorted.
+  std::vector<std::string> getDataList(const std::string& prefix);
+
+ private:
+  boost::shared_ptr<KyProxy> fProxy;
+};
+
+}  // namespace Ky

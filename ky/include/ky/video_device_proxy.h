@@ -1,0 +1,58 @@
+// The robot's cameras.
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <string>
+
+#include "ky/broker.h"
+#include "ky/proxy.h"
+#include "ky/value.h"
+
+namespace Ky {
+
+// The largest picture a video device may deliver.
+constexpr int kMaxImageWidth = 1280;
+constexpr int kMaxImageHeight = 960;
+
+// Bytes that a picture of this size takes in a colour space: 0 (Y), 9 (YUV 4:2:2), 10 (YUV 4:4:4).
+// 0 for every other colour space: their layouts are unknown here.
+std::size_t imageBytes(int width, int height, int colorSpace);
+
+// Proxy to the module "KyVideoDevice". Thread-safe; every call may throw KyError.
+class KyVideoDeviceProxy {
+ public:
+  // Throws KyError when there is no such module.
+  explicit KyVideoDeviceProxy(boost::shared_ptr<KyBroker> broker);
+
+  // Subscribes under `name`, or under a name that the device chooses when it is empty; returns the
+  // name. resolution: 0 160x120, 1 320x240, 2 640x480, 3 1280x960. colorSpace: see imageBytes().
+  // fps: 1..30.
+  std::string subscribe(const std::string& name, int resolution, int colorSpace, int fps);
+  void unsubscribe(const std::string& name);
+
+  // The newest image: [width, height, layers, colour space, seconds, microseconds, pixels, camera,
+  // left, top, right, bottom angle in radians]. A size that no camera delivers, or fewer pixels
+  // than the size and a known colour space need, throw KyError here, so that a reader may trust
+  // the size.
+  KyValue getImageRemote(const std::string& name);
+
+  // False when the device refuses the value.
+  bool setFrameRate(const std::string& name, int fps);
+  bool setResolution(const std::string& name, int resolution);
+  bool setColorSpace(const std::string& name, int colorSpace);
+  bool setActiveCamera(int camera);
+
+  // 1 or 2; see docs/robot.md.
+  int getCameraModelID();
+
+  // Without a camera: of the active one.
+  int getParam(int id);
+  int getParam(int id, int camera);
+  void setParam(int id, int value);
+  void setParam(int id, int value, int camera);
+
+ private:
+  boost::shared_ptr<KyProxy> fProxy;
+};
+
+}  // namespace Ky

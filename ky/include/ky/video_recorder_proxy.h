@@ -1,0 +1,27 @@
+// Films recorded on the robot.
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <string>
+
+#include "ky/broker.h"
+#include "ky/proxy.h"
+#include "ky/value.h"
+
+namespace Ky {
+
+// Proxy to the module "KyVideoRecorder". Thread-safe; every call may throw KyError.
+class KyVideoRecorderProxy {
+ public:
+  // Throws KyError when there is no such module.
+  explicit KyVideoRecorderProxy(boost::shared_ptr<KyBroker> broker);
+
+  void startRecording(const std::string& folder, const std::string& fileName);
+  // [frame count, file path]
+  KyValue stopRecording();
+
+ private:
+  boost::shared_ptr<KyProxy> fProxy;
+};
+
+}  // namespace Ky

@@ -1,0 +1,29 @@
+#include "ky/memory_proxy.h"
+
+namespace Ky {
+
+KyMemoryProxy::KyMemoryProxy(boost::shared_ptr<KyBroker> broker)
+    : fProxy(broker->getProxy("KyMemory")) {
+}
+
+void KyMemoryProxy::insertData(const std::string& key, const KyValue& value) {
+  fProxy->callVoid("insertData", key, value);
+}
+
+KyValue KyMemoryProxy::getData(const std::string& key) {
+  return fProxy->call<KyValue>("getData", key);
+}
+
+KyValue KyMemoryProxy::getListData(const KyValue& keys) {
+  return fProxy->call<KyValue>("getListData", keys);
+}
+
+void KyMemoryProxy::removeData(const std::string& key) {
+  fProxy->callVoid("removeData", key);
+}
+
+std::vector<std::string> KyMemoryProxy::getDataList(const std::string& prefix) {
+  return fProxy->call<std::vector<std::string>>("getDataList", prefix);
+}
+
+}  // namespace Ky

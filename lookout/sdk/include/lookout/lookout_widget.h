@@ -1,0 +1,25 @@
+// Base of the widgets that Lookout docks.
+#pragma once
+
+#include <QWidget>
+
+class WidgetInterface;
+
+// GUI thread only.
+class LookoutWidget : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit LookoutWidget(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
+  ~LookoutWidget() override;
+
+  // Starts or pauses what the widget shows; the host calls it for `--play` and after a
+  // reconnection. The default does nothing.
+  virtual void setPlaying(bool playing);
+  virtual bool isPlaying() const { return false; }
+
+ signals:
+  // The connection to the robot is lost. The widget gets no more data; when the robot is back, the
+  // host asks the plug-in for a new one.
+  void disconnected(WidgetInterface* plugin);
+};

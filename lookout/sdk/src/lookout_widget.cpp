@@ -1,0 +1,9 @@
+#include "lookout/lookout_widget.h"
+
+LookoutWidget::LookoutWidget(QWidget* parent, Qt::WindowFlags flags) : QWidget(parent, flags) {
+}
+
+LookoutWidget::~LookoutWidget() = default;
+
+void LookoutWidget::setPlaying(bool) {
+}
