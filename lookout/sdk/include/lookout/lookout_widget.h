@@ -18,6 +18,11 @@ class LookoutWidget : public QWidget {
   virtual void setPlaying(bool playing);
   virtual bool isPlaying() const { return false; }
 
+  // For the host's status line and report; widgets without pictures keep the zeros. Frames painted
+  // since the widget was made, each new picture counted once; and the rate shown now, per second.
+  virtual quint64 framesPainted() const { return 0; }
+  virtual double shownFrameRate() const { return 0; }
+
  signals:
   // The connection to the robot is lost. The widget gets no more data; when the robot is back, the
   // host asks the plug-in for a new one.
