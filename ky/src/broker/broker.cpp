@@ -1,0 +1,89 @@
+#include "ky/broker.h"
+
+#include <algorithm>
+
+#include "broker/broker_core.h"
+#include "ky/module.h"
+#include "ky/proxy.h"
+
+namespace Ky {
+
+KyBroker::KyBroker(std::unique_ptr<BrokerCore> core) : fCore(std::move(core)) {
+}
+
+KyBroker::~KyBroker() {
+  shutdown();
+}
+
+boost::shared_ptr<KyBroker> KyBroker::create(KyBrokerOptions options) {
+  return boost::shared_ptr<KyBroker>(new KyBroker(BrokerCore::create(std::move(options))));
+}
+
+const std::string& KyBroker::getName() const {
+  return fCore->options().name;
+}
+
+KyAddress KyBroker::address() const {
+  return fCore->address();
+}
+
+boost::shared_ptr<KyProxy> KyBroker::getProxy(const std::string& module, int check) {
+  if (check != 0 && !isModulePresent(module)) throwUnknownModule(module, "");
+  return boost::make_shared<KyProxy>(shared_from_this(), module);
+}
+
+bool KyBroker::isModulePresent(const std::string& module) {
+  return fCore->localModules().contains(module) || fCore->isPresentElsewhere(module);
+}
+
+std::vector<std::string> KyBroker::moduleNames() {
+  std::vector<std::string> names = fCore->namesElsewhere();
+  for (std::string& name : fCore->localModules().names()) names.push_back(std::move(name));
+  std::sort(names.begin(), names.end());
+  names.erase(std::unique(names.begin(), names.end()), names.end());
+  return names;
+}
+
+KyValue KyBroker::call(const std::string& module, const std::string& method,
+                       KyValue::Array arguments,
+                       std::optional<std::chrono::milliseconds> deadline) {
+  return fCore->call(module, method, std::move(arguments),
+                     deadline.value_or(fCore->options().patience.call));
+}
+
+void KyBroker::registerModule(boost::shared_ptr<KyModule> module) {
+  const std::string name = module->getName();
+  fCore->localModules().add(std::move(module));
+  try {
+    fCore->announce(name);
+  } catch (...) {
+    fCore->localModules().remove(name);
+    throw;
+  }
+}
+
+void KyBroker::unregisterModule(const std::string& name) {
+  if (!fCore->localModules().contains(name)) return;
+  fCore->withdraw(name);
+  fCore->localModules().remove(name);
+}
+
+KyConnection KyBroker::connection() const {
+  return fCore->connection();
+}
+
+std::unique_ptr<KyConnectionListener> KyBroker::onConnection(
+    std::function<void(KyConnection, const std::string&)> callback) {
+  return fCore->onConnection(std::move(callback));
+}
+
+KyStatistics KyBroker::statistics() const {
+  return fCore->statistics();
+}
+
+void KyBroker::shutdown() {
+  fCore->localModules().removeAll();
+  fCore->close();
+}
+
+}  // namespace Ky

@@ -1,0 +1,29 @@
+// Which peer holds which module.
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Ky {
+
+// Several peers may hold modules of one name: the newest gets the calls, and when it leaves, the
+// one before it. Thread-safe.
+class Directory {
+ public:
+  void add(const std::string& module, const std::string& route);
+  void remove(const std::string& module, const std::string& route);
+  void removeAll(const std::string& route);
+  // The same peer on another connection.
+  void rename(const std::string& route, const std::string& newRoute);
+  std::optional<std::string> holder(const std::string& module) const;
+  std::vector<std::string> names() const;
+
+ private:
+  mutable std::mutex fMutex;
+  std::map<std::string, std::vector<std::string>> fHolders;  // oldest first; guarded by fMutex
+};
+
+}  // namespace Ky

@@ -1,0 +1,312 @@
+#include "broker/main_broker.h"
+
+#include "zu/log.h"
+
+namespace Ky {
+
+MainBroker::MainBroker(KyBrokerOptions options)
+    : BrokerCore(std::move(options)), fSocket(context(), zmq::socket_type::router) {
+  setCommonOptions(fSocket);
+  fSocket.set(zmq::sockopt::router_mandatory, true);
+  if (fOptions.listen && (fOptions.keys || listensBeyondLoopback())) useKeys();
+  bind();
+}
+
+MainBroker::~MainBroker() {
+  close();
+}
+
+bool MainBroker::listensBeyondLoopback() const {
+  return fOptions.listen && !fOptions.listen->isLoopback();
+}
+
+void MainBroker::useKeys() {
+  if (!fOptions.keys) {
+    if (fOptions.insecure) return;
+    throw KyError(fOptions.name, "",
+                  "listening on " + fOptions.listen->host +
+                      " lets others than this machine in: give keys (made by 'ky keys make'), or "
+                      "say --insecure");
+  }
+  const KyKeyStore store(*fOptions.keys);
+  const KyKeyPair own = store.own();
+  fAuthenticator.emplace(context(), store.knownKeys());
+  fSocket.set(zmq::sockopt::curve_server, true);
+  fSocket.set(zmq::sockopt::curve_secretkey, own.secretKey);
+}
+
+void MainBroker::bind() {
+  if (!fOptions.listen) {
+    fSocket.bind("inproc://" + fOptions.listenInProcess);
+    return;
+  }
+  fAddress = *fOptions.listen;
+  if (fAddress.host == "localhost") fAddress.host = "127.0.0.1";
+  fSocket.set(zmq::sockopt::ipv6, fAddress.host.find(':') != std::string::npos);
+  const std::string port = fAddress.port == 0 ? "*" : std::to_string(fAddress.port);
+  const std::string host =
+      fAddress.host.find(':') == std::string::npos ? fAddress.host : "[" + fAddress.host + "]";
+  try {
+    fSocket.bind("tcp://" + host + ":" + port);
+  } catch (const zmq::error_t& error) {
+    if (error.num() == EADDRINUSE)
+      throw KyError(fOptions.name, "",
+                    "port " + port + " of " + fAddress.host +
+                        " is taken: another robot may be running; stop it or choose another port");
+    throw KyError(fOptions.name, "",
+                  "can't listen on " + fAddress.toString() + ": " + error.what());
+  }
+  const std::string endpoint = fSocket.get(zmq::sockopt::last_endpoint);
+  fAddress.port = std::stoi(endpoint.substr(endpoint.rfind(':') + 1));
+}
+
+KyConnection MainBroker::connection() const {
+  return fClosing ? KyConnection::Closed : KyConnection::Connected;
+}
+
+std::unique_ptr<KyConnectionListener> MainBroker::onConnection(
+    std::function<void(KyConnection, const std::string&)>) {
+  return std::make_unique<KyConnectionListener>();  // nothing ever changes
+}
+
+bool MainBroker::isPresentElsewhere(const std::string& module) {
+  return fDirectory.holder(module).has_value();
+}
+
+KyValue MainBroker::callElsewhere(const std::string& module, const std::string& method,
+                                  KyValue::Array arguments, std::chrono::milliseconds deadline) {
+  const auto callee = fDirectory.holder(module);
+  if (!callee) throwUnknownModule(module, method);
+  const std::int64_t id = nextId();
+  Parts parts =
+      encode(callMessage(id, module, method, std::move(arguments), deadline), fOptions.limits);
+  const SteadyTime end = std::chrono::steady_clock::now() + deadline;
+  const auto pending = fPending.add(id, *callee);
+  if (!post([this, route = *callee, parts = std::move(parts)] {
+        if (fPeers.contains(route))
+          sendTo(route, parts);
+        else
+          fPending.failAll(route, "the peer is gone");
+      }))
+    fPending.failAll(*callee, "the broker is closed");
+  auto outcome = pending->wait(end);
+  fPending.forget(id);
+  if (!outcome)
+    throw KyError(module, method, "no answer within " + std::to_string(deadline.count()) + " ms");
+  return outcome->take();
+}
+
+void MainBroker::sendAnswer(const std::string& route, Parts parts) {
+  post([this, route, parts = std::move(parts)] { sendTo(route, parts); });
+}
+
+std::vector<zmq::pollitem_t> MainBroker::waitFor() {
+  std::vector<zmq::pollitem_t> items = {{fSocket.handle(), 0, ZMQ_POLLIN, 0}};
+  if (fAuthenticator) items.push_back({fAuthenticator->socket().handle(), 0, ZMQ_POLLIN, 0});
+  if (!fSocket) items.clear();
+  return items;
+}
+
+void MainBroker::work() {
+  if (!fSocket) return;
+  if (fAuthenticator) fAuthenticator->work();
+  // A bounded number at a time, so that what is posted gets its turn under load.
+  for (int i = 0; i < 64; ++i) {
+    auto received = receive(fSocket, true);
+    if (!received) break;
+    handle(std::move(*received));
+  }
+  dropSilentPeers();
+  dropExpiredForwards();
+}
+
+void MainBroker::closeSockets() {
+  fClosing = true;
+  for (const auto& [route, peer] : fPeers)
+    send(fSocket, route, encode(byeMessage("the robot stops"), fOptions.limits));
+  for (const auto& [route, peer] : fPeers) fPending.failAll(route, "the broker is closed");
+  fPeers.clear();
+  fAuthenticator.reset();
+  fSocket.close();
+}
+
+void MainBroker::handle(Received received) {
+  try {
+    handle(received.route,
+           decode(received.text.data<char>(), received.text.size(), received.attachments,
+                  fOptions.limits),
+           std::move(received.attachments));
+  } catch (const KyError& error) {
+    zu::log::warning("ky", "receive") << "dropped a message: " << error.what();
+  }
+}
+
+void MainBroker::handle(const std::string& route, Message message, std::vector<KyBinary>) {
+  if (message.kind == MessageKind::Hello) return welcome(route, message);
+  const auto peer = fPeers.find(route);
+  if (peer == fPeers.end()) {
+    if (message.kind != MessageKind::Bye) sendTo(route, byeMessage("say hello first"));
+    return;
+  }
+  peer->second.lastHeard = std::chrono::steady_clock::now();
+  switch (message.kind) {
+    case MessageKind::Call:
+      return handleCall(route, std::move(message));
+    case MessageKind::Result:
+    case MessageKind::Error:
+      return handleAnswer(route, std::move(message));
+    case MessageKind::Ping:
+      return sendTo(route, pongMessage(message.id()));
+    case MessageKind::Bye:
+      return peerGone(route, "it said goodbye");
+    default:
+      return;  // nothing that a peer says to its parent
+  }
+}
+
+void MainBroker::welcome(const std::string& route, const Message& hello) {
+  if (hello.fields[0].asInt64() != kProtocolVersion)
+    return sendTo(route, byeMessage("this robot speaks version " +
+                                    std::to_string(kProtocolVersion) + " of the protocol"));
+  const std::string& id = hello.fields[1].asString();
+  const std::string& name = hello.fields[2].asString();
+  for (auto known = fPeers.begin(); known != fPeers.end(); ++known) {
+    if (known->second.peer.id != id || known->first == route) continue;
+    // The same peer over a new connection: it keeps its modules and subscriptions.
+    fDirectory.rename(known->first, route);
+    fPending.failAll(known->first, "the connection to the peer was interrupted");
+    fPeers.erase(known);
+    break;
+  }
+  fPeers[route] = {{id, name}, std::chrono::steady_clock::now()};
+  for (const KyValue& module : hello.fields[3].asArray()) {
+    try {
+      registerFor(route, module.asString());
+    } catch (const KyError& error) {
+      zu::log::warning("ky", "welcome") << error.toString();
+    }
+  }
+  sendTo(route, welcomeMessage(fOptions.name));
+}
+
+void MainBroker::registerFor(const std::string& route, const std::string& module) {
+  if (module.empty()) throw KyError(module, "", "a module must have a name");
+  if (module == kBrokerModule || fLocal.contains(module))
+    throw KyError(module, "", "the robot has a module of this name of its own");
+  fDirectory.add(module, route);
+}
+
+void MainBroker::handleCall(const std::string& route, Message call) {
+  const std::string module = call.fields[1].asString();
+  const std::int64_t id = call.id();
+  if (module == kBrokerModule) return sendTo(route, encodeAnswer(id, answerOwnCall(route, call)));
+  if (fLocal.contains(module) && callForPeer(fPeers[route].peer, route, call)) return;
+  const auto callee = fDirectory.holder(module);
+  if (callee) return forward(route, *callee, std::move(call));
+  sendTo(route, errorMessage(id, KyError(module, call.fields[2].asString(),
+                                         "the robot has no module of this name")));
+}
+
+Outcome MainBroker::answerOwnCall(const std::string& route, const Message& call) {
+  const std::string& method = call.fields[2].asString();
+  const KyValue& arguments = call.fields[3];
+  try {
+    if (method == "isModulePresent") {
+      const std::string& name = arguments[0].asString();
+      return Outcome::success(fLocal.contains(name) || isPresentElsewhere(name));
+    }
+    if (method == "getModuleList") {
+      KyValue names = KyValue::array();
+      for (std::string& name : fLocal.names()) names.push(std::move(name));
+      for (std::string& name : fDirectory.names()) names.push(std::move(name));
+      return Outcome::success(std::move(names));
+    }
+    if (method == "registerModule") {
+      registerFor(route, arguments[0].asString());
+      return Outcome::success({});
+    }
+    if (method == "unregisterModule") {
+      fDirectory.remove(arguments[0].asString(), route);
+      return Outcome::success({});
+    }
+  } catch (const KyError& error) {
+    return Outcome::failure(kBrokerModule, method, error.what());
+  }
+  return Outcome::failure(kBrokerModule, method, "there is no such method");
+}
+
+void MainBroker::forward(const std::string& route, const std::string& callee, Message call) {
+  const std::int64_t id = nextId();
+  fForwards[id] = {route, call.id(), callee, deadlineOf(call)};
+  call.fields[0] = id;
+  sendTo(callee, std::move(call));
+}
+
+void MainBroker::handleAnswer(const std::string& route, Message answer) {
+  const std::int64_t id = answer.id();
+  const auto found = fForwards.find(id);
+  if (found != fForwards.end()) {
+    if (found->second.callee != route) return;
+    const Forward forward = found->second;
+    fForwards.erase(found);
+    answer.fields[0] = forward.id;
+    return sendTo(forward.origin, std::move(answer));
+  }
+  if (answer.kind == MessageKind::Error) {
+    const KyError error = errorOf(answer);
+    fPending.settle(id, route, Outcome::failure(error.module(), error.method(), error.what()));
+  } else {
+    fPending.settle(id, route, Outcome::success(std::move(answer.fields[1])));
+  }
+}
+
+void MainBroker::sendTo(const std::string& route, Message message) {
+  sendTo(route, encode(std::move(message), fOptions.limits));
+}
+
+void MainBroker::sendTo(const std::string& route, const Parts& parts) {
+  if (!fSocket) return;
+  switch (send(fSocket, route, parts)) {
+    case Sent::Yes:
+      return;
+    case Sent::PeerGone:
+      return peerGone(route, "its connection was closed");
+    case Sent::QueueFull:
+      zu::log::warning("ky", "send") << "dropped a message to a peer that does not read";
+  }
+}
+
+void MainBroker::peerGone(const std::string& route, const std::string& why) {
+  const auto found = fPeers.find(route);
+  if (found == fPeers.end()) return;
+  const KyPeer peer = found->second.peer;
+  fPeers.erase(found);
+  zu::log::info("ky", "peerGone") << peer.name << " left: " << why;
+  fDirectory.removeAll(route);
+  fPending.failAll(route, "the peer " + peer.name + " is gone: " + why);
+  std::vector<Forward> broken;
+  std::erase_if(fForwards, [&](const auto& entry) {
+    const bool isBroken = entry.second.callee == route;
+    if (isBroken) broken.push_back(entry.second);
+    return isBroken || entry.second.origin == route;
+  });
+  for (const Forward& forward : broken)
+    sendTo(forward.origin,
+           errorMessage(forward.id, KyError("the peer " + peer.name + " is gone: " + why)));
+  fLocal.peerLeft(peer);
+}
+
+void MainBroker::dropSilentPeers() {
+  const auto now = std::chrono::steady_clock::now();
+  std::vector<std::string> silent;
+  for (const auto& [route, peer] : fPeers)
+    if (now - peer.lastHeard > fOptions.patience.silence) silent.push_back(route);
+  for (const std::string& route : silent) peerGone(route, "no sign of life");
+}
+
+void MainBroker::dropExpiredForwards() {
+  const auto now = std::chrono::steady_clock::now();
+  std::erase_if(fForwards, [&](const auto& entry) { return entry.second.deadline < now; });
+}
+
+}  // namespace Ky

@@ -1,0 +1,81 @@
+// The broker that listens: the middle of a robot's runtime.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "broker/broker_core.h"
+#include "broker/directory.h"
+#include "transport/authenticator.h"
+
+namespace Ky {
+
+// Answers its peers' calls, passes calls on between them, and notices when one falls silent.
+class MainBroker : public BrokerCore {
+ public:
+  // Listens. Throws KyError when it can't.
+  explicit MainBroker(KyBrokerOptions options);
+  ~MainBroker() override;
+
+  void announce(const std::string&) override {}
+  void withdraw(const std::string&) override {}
+  bool isPresentElsewhere(const std::string& module) override;
+  std::vector<std::string> namesElsewhere() override { return fDirectory.names(); }
+  KyAddress address() const override { return fAddress; }
+  KyConnection connection() const override;
+  std::unique_ptr<KyConnectionListener> onConnection(
+      std::function<void(KyConnection, const std::string&)> callback) override;
+
+ protected:
+  void start() override { startLoop(); }
+  KyValue callElsewhere(const std::string& module, const std::string& method,
+                        KyValue::Array arguments, std::chrono::milliseconds deadline) override;
+  void closeSockets() override;
+  std::vector<zmq::pollitem_t> waitFor() override;
+  void work() override;
+  void sendAnswer(const std::string& route, Parts parts) override;
+
+ private:
+  struct Peer {
+    KyPeer peer;
+    SteadyTime lastHeard;
+  };
+  // A call of one peer to another's module.
+  struct Forward {
+    std::string origin;  // route
+    std::int64_t id = 0;
+    std::string callee;  // route
+    SteadyTime deadline;
+  };
+
+  void bind();
+  void useKeys();
+  bool listensBeyondLoopback() const;
+
+  // All on the io thread.
+  void handle(Received received);
+  void handle(const std::string& route, Message message, std::vector<KyBinary> attachments);
+  void welcome(const std::string& route, const Message& hello);
+  void handleCall(const std::string& route, Message call);
+  Outcome answerOwnCall(const std::string& route, const Message& call);
+  void registerFor(const std::string& route, const std::string& module);
+  void forward(const std::string& route, const std::string& callee, Message call);
+  void handleAnswer(const std::string& route, Message answer);
+  void sendTo(const std::string& route, const Parts& parts);
+  void sendTo(const std::string& route, Message message);
+  void peerGone(const std::string& route, const std::string& why);
+  void dropSilentPeers();
+  void dropExpiredForwards();
+
+  Directory fDirectory;
+  KyAddress fAddress;
+  std::atomic<bool> fClosing{false};
+  std::map<std::string, Peer> fPeers;           // by route; io thread
+  std::map<std::int64_t, Forward> fForwards;    // by our id; io thread
+  std::optional<Authenticator> fAuthenticator;  // io thread, once it runs
+  zmq::socket_t fSocket;                        // io thread, once it runs
+};
+
+}  // namespace Ky

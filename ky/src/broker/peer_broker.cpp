@@ -1,0 +1,298 @@
+#include "broker/peer_broker.h"
+
+#include <array>
+#include <random>
+
+#include "zu/log.h"
+
+namespace Ky {
+namespace {
+
+// One connection, so one route.
+const std::string kParent;
+
+std::string randomId() {
+  static constexpr char kHex[] = "0123456789abcdef";
+  std::random_device random;
+  std::string id;
+  for (int word = 0; word < 4; ++word)
+    for (auto bits = random(), digit = 0u; digit < 8; ++digit, bits >>= 4) id += kHex[bits & 0xF];
+  return id;
+}
+
+}  // namespace
+
+PeerBroker::PeerBroker(KyBrokerOptions options) : BrokerCore(std::move(options)), fId(randomId()) {
+  if (fOptions.keys) loadKeys();
+}
+
+PeerBroker::~PeerBroker() {
+  close();
+}
+
+void PeerBroker::loadKeys() {
+  const KyKeyStore store(*fOptions.keys);
+  fOwnKeys = store.own();
+  fParentKey = store.known(address().toString());
+  if (fParentKey.empty())
+    throw KyError(fOptions.name, "",
+                  "the key of the robot " + address().toString() + " is unknown: put it into " +
+                      (store.folder() / "known").string() + " with 'ky keys trust'");
+}
+
+std::string PeerBroker::parentName() const {
+  return fOptions.parent ? address().toString() : fOptions.parentInProcess;
+}
+
+KyAddress PeerBroker::address() const {
+  return fOptions.parent.value_or(KyAddress{});
+}
+
+void PeerBroker::start() {
+  post([this] { openSocket(); });
+  startLoop();
+  if (fOptions.connectLater) return;
+  if (fState.waitForConnection(fOptions.patience.connect) == KyConnection::Connected) return;
+  throw KyError(fOptions.name, "",
+                "can't reach the robot at " + parentName() + ": " + fState.why());
+}
+
+std::unique_ptr<KyConnectionListener> PeerBroker::onConnection(
+    std::function<void(KyConnection, const std::string&)> callback) {
+  return fState.listen(std::move(callback));
+}
+
+void PeerBroker::announce(const std::string& module) {
+  // Otherwise the next hello will.
+  if (fState.get() != KyConnection::Connected) return;
+  callElsewhere(kBrokerModule, "registerModule", {module}, fOptions.patience.call);
+}
+
+void PeerBroker::withdraw(const std::string& module) {
+  if (fState.get() != KyConnection::Connected) return;
+  try {
+    callElsewhere(kBrokerModule, "unregisterModule", {module}, fOptions.patience.call);
+  } catch (const KyError& error) {
+    zu::log::debug("ky", "withdraw") << error.toString();  // lost meanwhile: withdrawn all the same
+  }
+}
+
+bool PeerBroker::isPresentElsewhere(const std::string& module) {
+  return callElsewhere(kBrokerModule, "isModulePresent", {module}, fOptions.patience.call).asBool();
+}
+
+std::vector<std::string> PeerBroker::namesElsewhere() {
+  const KyValue list = callElsewhere(kBrokerModule, "getModuleList", {}, fOptions.patience.call);
+  std::vector<std::string> names;
+  for (const KyValue& name : list.asArray()) names.push_back(name.asString());
+  return names;
+}
+
+KyValue PeerBroker::callElsewhere(const std::string& module, const std::string& method,
+                                  KyValue::Array arguments, std::chrono::milliseconds deadline) {
+  const KyConnection connection = fState.get();
+  if (connection == KyConnection::Closed) throw KyError(module, method, "the broker is closed");
+  if (connection != KyConnection::Connected)
+    throw KyError(module, method,
+                  "no connection to the robot at " + parentName() + ": " + fState.why());
+  const std::int64_t id = nextId();
+  Parts parts =
+      encode(callMessage(id, module, method, std::move(arguments), deadline), fOptions.limits);
+  const SteadyTime end = std::chrono::steady_clock::now() + deadline;
+  const auto pending = fPending.add(id, kParent);
+  if (!post([this, parts = std::move(parts)] {
+        if (!fConnected)
+          fPending.failAll(kParent, "the connection to the robot is lost");
+        else if (send(fSocket, kParent, parts) != Sent::Yes)
+          zu::log::warning("ky", "send") << "dropped a call: the robot does not read";
+      }))
+    fPending.failAll(kParent, "the broker is closed");
+  auto outcome = pending->wait(end);
+  fPending.forget(id);
+  if (!outcome)
+    throw KyError(module, method, "no answer within " + std::to_string(deadline.count()) + " ms");
+  // Errors of the connection name no place of their own.
+  if (outcome->failed && outcome->module.empty()) throw KyError(module, method, outcome->text);
+  return outcome->take();
+}
+
+void PeerBroker::sendAnswer(const std::string& route, Parts parts) {
+  post([this, route, parts = std::move(parts)] {
+    if (fConnected) send(fSocket, route, parts);
+  });
+}
+
+void PeerBroker::openSocket() {
+  fMonitor.reset();
+  if (fSocket) {
+    fSocket.set(zmq::sockopt::linger, 0);
+    fSocket.close();
+  }
+  fSocket = zmq::socket_t(context(), zmq::socket_type::dealer);
+  setCommonOptions(fSocket);
+  // Only to a live connection: nothing is kept for a robot that may come back some day.
+  fSocket.set(zmq::sockopt::immediate, true);
+  fSocket.set(zmq::sockopt::reconnect_ivl,
+              static_cast<int>(fOptions.patience.reconnectMin.count()));
+  fSocket.set(zmq::sockopt::reconnect_ivl_max,
+              static_cast<int>(fOptions.patience.reconnectMax.count()));
+  fSocket.set(zmq::sockopt::connect_timeout, 2000);
+  setKeys();
+  fLastHello = {};
+  if (!fOptions.parent) {
+    fSocket.connect("inproc://" + fOptions.parentInProcess);
+    return;
+  }
+  fMonitor.emplace(context(), fSocket);
+  KyAddress to = address();
+  // ZeroMQ tries one address of a name only; robots on this machine listen on this one.
+  if (to.host == "localhost") to.host = "127.0.0.1";
+  fSocket.set(zmq::sockopt::ipv6, to.host.find(':') != std::string::npos);
+  try {
+    fSocket.connect("tcp://" + to.toString());
+  } catch (const zmq::error_t& error) {
+    fState.setProblem(error.what(), true);
+  }
+}
+
+void PeerBroker::setKeys() {
+  if (fParentKey.empty()) return;
+  fSocket.set(zmq::sockopt::curve_serverkey, fParentKey);
+  fSocket.set(zmq::sockopt::curve_publickey, fOwnKeys.publicKey);
+  fSocket.set(zmq::sockopt::curve_secretkey, fOwnKeys.secretKey);
+}
+
+std::vector<zmq::pollitem_t> PeerBroker::waitFor() {
+  if (!fSocket) return {};
+  // Writable means that there is a connection to say hello on.
+  const bool wantsHello = !fConnected && fLastHello == SteadyTime{};
+  std::vector<zmq::pollitem_t> items = {
+      {fSocket.handle(), 0, static_cast<short>(ZMQ_POLLIN | (wantsHello ? ZMQ_POLLOUT : 0)), 0}};
+  if (fMonitor) items.push_back({fMonitor->socket().handle(), 0, ZMQ_POLLIN, 0});
+  return items;
+}
+
+void PeerBroker::work() {
+  if (!fSocket) return;
+  for (int i = 0; i < 64; ++i) {
+    auto received = receive(fSocket, false);
+    if (!received) break;
+    handle(std::move(*received));
+  }
+  handleEvents();
+  if (!fConnected) sayHello();
+  keepAlive();
+}
+
+void PeerBroker::sayHello() {
+  const auto now = std::chrono::steady_clock::now();
+  if (fLastHello != SteadyTime{} && now - fLastHello < fOptions.patience.heartbeat) return;
+  const Parts hello = encode(helloMessage(fId, fOptions.name, fLocal.names()), fOptions.limits);
+  if (send(fSocket, kParent, hello) == Sent::Yes) fLastHello = now;
+}
+
+void PeerBroker::handleEvents() {
+  using Event = ConnectionMonitor::Event;
+  while (fMonitor) {
+    const auto event = fMonitor->next();
+    if (!event) return;
+    if (fConnected) {
+      if (*event == Event::Closed) lose(describe(*event));  // opens another monitor
+      continue;
+    }
+    // The connection on which hello was said may be gone: say it again on the next.
+    fLastHello = {};
+    // Closing follows a failed handshake and says less than it.
+    if (*event != Event::Closed) fState.setProblem(describe(*event), true);
+  }
+}
+
+void PeerBroker::handle(Received received) {
+  try {
+    handle(decode(received.text.data<char>(), received.text.size(), received.attachments,
+                  fOptions.limits));
+  } catch (const KyError& error) {
+    zu::log::warning("ky", "receive") << "dropped a message: " << error.what();
+  }
+}
+
+void PeerBroker::handle(Message message) {
+  fLastHeard = std::chrono::steady_clock::now();
+  switch (message.kind) {
+    case MessageKind::Welcome:
+      return handleWelcome(message);
+    case MessageKind::Call:
+      return handleCall(std::move(message));
+    case MessageKind::Result:
+    case MessageKind::Error:
+      return handleAnswer(std::move(message));
+    case MessageKind::Pong:
+      if (message.id() == fPingToken)
+        setRoundTrip(std::chrono::duration_cast<std::chrono::microseconds>(fLastHeard - fLastPing));
+      return;
+    case MessageKind::Bye:
+      if (fConnected)
+        lose("it said: " + message.fields[0].asString());
+      else
+        fState.setProblem("it said: " + message.fields[0].asString(), true);
+      return;
+    default:
+      return;  // nothing that a parent says
+  }
+}
+
+void PeerBroker::handleWelcome(const Message& welcome) {
+  if (welcome.fields[0].asInt64() != kProtocolVersion) return;
+  fConnected = true;
+  fLastPing = fLastHeard;
+  fState.set(KyConnection::Connected, "");
+}
+
+void PeerBroker::handleCall(Message call) {
+  const std::int64_t id = call.id();
+  const KyError unknown(call.fields[1].asString(), call.fields[2].asString(),
+                        "the peer " + fOptions.name + " has no module of this name");
+  if (!callForPeer({"", parentName()}, kParent, std::move(call)))
+    send(fSocket, kParent, encode(errorMessage(id, unknown), fOptions.limits));
+}
+
+void PeerBroker::handleAnswer(Message answer) {
+  if (answer.kind == MessageKind::Error) {
+    const KyError error = errorOf(answer);
+    fPending.settle(answer.id(), kParent,
+                    Outcome::failure(error.module(), error.method(), error.what()));
+  } else {
+    fPending.settle(answer.id(), kParent, Outcome::success(std::move(answer.fields[1])));
+  }
+}
+
+void PeerBroker::keepAlive() {
+  if (!fConnected) return;
+  const auto now = std::chrono::steady_clock::now();
+  if (now - fLastHeard > fOptions.patience.silence) {
+    const double seconds = std::chrono::duration<double>(fOptions.patience.silence).count();
+    return lose("no sign of life for " + KyValue(seconds).toString() + " s");
+  }
+  if (now - fLastPing < fOptions.patience.heartbeat) return;
+  fLastPing = now;
+  send(fSocket, kParent, encode(pingMessage(++fPingToken), fOptions.limits));
+}
+
+void PeerBroker::lose(const std::string& why) {
+  fConnected = false;
+  zu::log::warning("ky", "lose") << "lost the robot at " << parentName() << ": " << why;
+  openSocket();
+  fState.set(KyConnection::Lost, why);
+  fPending.failAll(kParent, "lost the robot at " + parentName() + ": " + why);
+}
+
+void PeerBroker::closeSockets() {
+  if (fConnected) send(fSocket, kParent, encode(byeMessage("bye"), fOptions.limits));
+  fConnected = false;
+  fState.set(KyConnection::Closed, "closed");
+  fPending.failAll(kParent, "the broker is closed");
+  fMonitor.reset();
+  fSocket.close();
+}
+
+}  // namespace Ky

@@ -1,0 +1,71 @@
+// The broker of a desktop or program: a peer on one connection to its parent.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "broker/broker_core.h"
+#include "broker/connection_state.h"
+#include "transport/connection_monitor.h"
+
+namespace Ky {
+
+// Keeps the connection: says hello, listens for signs of life, and starts anew with a fresh socket
+// when the parent is lost, so that nothing of before reaches the parent afterwards.
+class PeerBroker : public BrokerCore {
+ public:
+  explicit PeerBroker(KyBrokerOptions options);
+  ~PeerBroker() override;
+
+  void announce(const std::string& module) override;
+  void withdraw(const std::string& module) override;
+  bool isPresentElsewhere(const std::string& module) override;
+  std::vector<std::string> namesElsewhere() override;
+  KyAddress address() const override;
+  KyConnection connection() const override { return fState.get(); }
+  std::unique_ptr<KyConnectionListener> onConnection(
+      std::function<void(KyConnection, const std::string&)> callback) override;
+
+ protected:
+  // Throws KyError when the parent can't be reached in time, unless that is for later.
+  void start() override;
+  KyValue callElsewhere(const std::string& module, const std::string& method,
+                        KyValue::Array arguments, std::chrono::milliseconds deadline) override;
+  void closeSockets() override;
+  std::vector<zmq::pollitem_t> waitFor() override;
+  void work() override;
+  void sendAnswer(const std::string& route, Parts parts) override;
+
+ private:
+  std::string parentName() const;
+  void loadKeys();
+
+  // All on the io thread.
+  void openSocket();
+  void setKeys();
+  void sayHello();
+  void handleEvents();
+  void handle(Received received);
+  void handle(Message message);
+  void handleCall(Message call);
+  void handleAnswer(Message answer);
+  void handleWelcome(const Message& welcome);
+  void keepAlive();
+  void lose(const std::string& why);
+
+  const std::string fId;  // for as long as this broker lives
+  KyKeyPair fOwnKeys;     // empty without keys
+  std::string fParentKey;
+  ConnectionState fState;
+  bool fConnected = false;  // io thread's own view
+  SteadyTime fLastHeard;
+  SteadyTime fLastPing;
+  SteadyTime fLastHello;
+  std::int64_t fPingToken = 0;
+  zmq::socket_t fSocket;
+  std::optional<ConnectionMonitor> fMonitor;  // refers to the socket
+};
+
+}  // namespace Ky

@@ -1,0 +1,75 @@
+#include "transport/connection_monitor.h"
+
+#include <cstdint>
+#include <cstring>
+
+namespace Ky {
+namespace {
+
+constexpr int kEvents = ZMQ_EVENT_DISCONNECTED | ZMQ_EVENT_CONNECT_RETRIED |
+                        ZMQ_EVENT_HANDSHAKE_FAILED_AUTH | ZMQ_EVENT_HANDSHAKE_FAILED_PROTOCOL |
+                        ZMQ_EVENT_HANDSHAKE_FAILED_NO_DETAIL;
+
+std::optional<ConnectionMonitor::Event> translate(std::uint16_t event) {
+  using Event = ConnectionMonitor::Event;
+  switch (event) {
+    case ZMQ_EVENT_DISCONNECTED:
+      return Event::Closed;
+    case ZMQ_EVENT_CONNECT_RETRIED:
+      return Event::NobodyListens;
+    case ZMQ_EVENT_HANDSHAKE_FAILED_AUTH:
+      return Event::KeyRefused;
+    case ZMQ_EVENT_HANDSHAKE_FAILED_PROTOCOL:
+    case ZMQ_EVENT_HANDSHAKE_FAILED_NO_DETAIL:
+      return Event::HandshakeFailed;
+    default:
+      return std::nullopt;
+  }
+}
+
+}  // namespace
+
+ConnectionMonitor::ConnectionMonitor(zmq::context_t& context, zmq::socket_t& socket)
+    : fWatched(socket), fEvents(context, zmq::socket_type::pair) {
+  // Named after the socket, of which there is one at this place at a time.
+  const std::string name =
+      "inproc://monitor-" + std::to_string(reinterpret_cast<std::uintptr_t>(socket.handle()));
+  if (zmq_socket_monitor(socket.handle(), name.c_str(), kEvents) != 0) throw zmq::error_t();
+  fEvents.set(zmq::sockopt::linger, 0);
+  fEvents.connect(name);
+}
+
+ConnectionMonitor::~ConnectionMonitor() {
+  zmq_socket_monitor(fWatched.handle(), nullptr, 0);
+}
+
+std::optional<ConnectionMonitor::Event> ConnectionMonitor::next() {
+  while (true) {
+    zmq::message_t event;
+    if (!fEvents.recv(event, zmq::recv_flags::dontwait)) return std::nullopt;
+    zmq::message_t address;
+    if (event.more()) {
+      [[maybe_unused]] const auto received = fEvents.recv(address, zmq::recv_flags::dontwait);
+    }
+    if (event.size() < sizeof(std::uint16_t)) continue;
+    std::uint16_t number = 0;
+    std::memcpy(&number, event.data(), sizeof number);
+    if (const auto translated = translate(number)) return translated;
+  }
+}
+
+const char* describe(ConnectionMonitor::Event event) {
+  switch (event) {
+    case ConnectionMonitor::Event::Closed:
+      return "the connection was closed";
+    case ConnectionMonitor::Event::NobodyListens:
+      return "nobody listens there";
+    case ConnectionMonitor::Event::KeyRefused:
+      return "it does not know this machine's key";
+    case ConnectionMonitor::Event::HandshakeFailed:
+      return "it is no robot, or one that wants keys or none";
+  }
+  return "";
+}
+
+}  // namespace Ky

@@ -1,0 +1,32 @@
+// Hears from ZeroMQ what becomes of a socket's connection.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <zmq.hpp>
+
+namespace Ky {
+
+// Thread-bound. Tells nothing about in-process connections: they have no events.
+class ConnectionMonitor {
+ public:
+  ConnectionMonitor(zmq::context_t& context, zmq::socket_t& socket);
+  ~ConnectionMonitor();
+  ConnectionMonitor(const ConnectionMonitor&) = delete;
+  ConnectionMonitor& operator=(const ConnectionMonitor&) = delete;
+
+  enum class Event { Closed, NobodyListens, KeyRefused, HandshakeFailed };
+
+  zmq::socket_t& socket() { return fEvents; }
+  // The next event that matters, or nothing.
+  std::optional<Event> next();
+
+ private:
+  zmq::socket_t& fWatched;
+  zmq::socket_t fEvents;
+};
+
+// For people.
+const char* describe(ConnectionMonitor::Event event);
+
+}  // namespace Ky

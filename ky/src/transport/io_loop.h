@@ -1,0 +1,52 @@
+// The thread on which a broker's sockets live.
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <thread>
+#include <vector>
+#include <zmq.hpp>
+
+namespace Ky {
+
+// Runs what is posted, what its sockets receive, and a tick at least every kTick.
+class IoLoop {
+ public:
+  static constexpr std::chrono::milliseconds kTick{100};
+
+  // Called on the loop's thread only.
+  class Client {
+   public:
+    virtual ~Client() = default;
+    // The sockets to wait for, and for which events.
+    virtual std::vector<zmq::pollitem_t> waitFor() = 0;
+    // One of them is ready, or something was posted, or kTick has passed.
+    virtual void work() = 0;
+  };
+
+  IoLoop();
+  ~IoLoop();
+  IoLoop(const IoLoop&) = delete;
+  IoLoop& operator=(const IoLoop&) = delete;
+
+  void start(Client& client);
+  // Runs `task` on the loop's thread, in the order of posting. False once the loop has been
+  // stopped. Thread-safe.
+  bool post(std::function<void()> task);
+  // Runs what was posted before, then ends the thread. Thread-safe; idempotent.
+  void stop();
+
+ private:
+  void run(Client& client);
+  bool runPosted();
+  void wake() const;
+
+  int fWakeFd;
+  std::mutex fMutex;
+  std::vector<std::function<void()>> fPosted;  // guarded by fMutex
+  bool fStopping = false;                      // guarded by fMutex
+  std::mutex fJoinMutex;
+  std::thread fThread;  // joined under fJoinMutex
+};
+
+}  // namespace Ky

@@ -1,0 +1,90 @@
+#include "wire/message.h"
+
+#include <array>
+#include <vector>
+
+namespace Ky {
+namespace {
+
+// The types of the fields behind the kind. Nothing stands for a value of any type.
+const std::vector<KyType>& fieldTypes(MessageKind kind) {
+  using enum KyType;
+  static const std::array<std::vector<KyType>, 8> kTypes = {{
+      {Int, String, String, Array},
+      {Int, String},
+      {Int, String, String, Array, Int},
+      {Int, Nothing},
+      {Int, String, String, String},
+      {Int},
+      {Int},
+      {String},
+  }};
+  return kTypes[static_cast<std::size_t>(kind) - 1];
+}
+
+}  // namespace
+
+Message helloMessage(const std::string& peer, const std::string& name,
+                     const std::vector<std::string>& modules) {
+  KyValue::Array names(modules.begin(), modules.end());
+  return {MessageKind::Hello, {kProtocolVersion, peer, name, std::move(names)}};
+}
+
+Message welcomeMessage(const std::string& name) {
+  return {MessageKind::Welcome, {kProtocolVersion, name}};
+}
+
+Message callMessage(std::int64_t id, const std::string& module, const std::string& method,
+                    KyValue::Array arguments, std::chrono::milliseconds deadline) {
+  return {MessageKind::Call, {id, module, method, std::move(arguments), deadline.count()}};
+}
+
+Message resultMessage(std::int64_t id, KyValue value) {
+  return {MessageKind::Result, {id, std::move(value)}};
+}
+
+Message errorMessage(std::int64_t id, const KyError& error) {
+  return {MessageKind::Error, {id, error.module(), error.method(), error.what()}};
+}
+
+Message pingMessage(std::int64_t token) {
+  return {MessageKind::Ping, {token}};
+}
+
+Message pongMessage(std::int64_t token) {
+  return {MessageKind::Pong, {token}};
+}
+
+Message byeMessage(const std::string& why) {
+  return {MessageKind::Bye, {why}};
+}
+
+KyError errorOf(const Message& message) {
+  return {message.fields[1].asString(), message.fields[2].asString(), message.fields[3].asString()};
+}
+
+Parts encode(Message message, const KyLimits& limits) {
+  message.fields.insert(message.fields.begin(), KyValue(static_cast<int>(message.kind)));
+  return pack(KyValue(std::move(message.fields)), limits);
+}
+
+Message decode(const char* text, std::size_t size, const std::vector<KyBinary>& attachments,
+               const KyLimits& limits) {
+  KyValue value = unpack(text, size, attachments, limits);
+  const std::int64_t kind = value[0].asInt64();
+  if (kind < 1 || kind > 8) throw KyError("unknown kind of message " + std::to_string(kind));
+  KyValue::Array fields(value.asArray().begin() + 1, value.asArray().end());
+  Message message{static_cast<MessageKind>(kind), std::move(fields)};
+  const auto& types = fieldTypes(message.kind);
+  if (message.fields.size() != types.size())
+    throw KyError("a message of kind " + std::to_string(kind) + " with " +
+                  std::to_string(message.fields.size()) + " fields instead of " +
+                  std::to_string(types.size()));
+  for (std::size_t i = 0; i < types.size(); ++i)
+    if (types[i] != KyType::Nothing && message.fields[i].type() != types[i])
+      throw KyError("field " + std::to_string(i + 1) + " of a message of kind " +
+                    std::to_string(kind) + " is no " + typeName(types[i]));
+  return message;
+}
+
+}  // namespace Ky
