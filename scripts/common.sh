@@ -1,0 +1,35 @@
+# shellcheck shell=bash
+# What the scripts share; sourced, not run. Goes to the project's folder, ROOT; HERE is where the
+# script was called.
+
+HERE=$PWD
+ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$ROOT" || exit
+JOBS=$(nproc)
+
+# wrong_use SCRIPT TEXT: ends a script that was called wrongly.
+wrong_use() {
+  echo "$1: $2" >&2
+  echo "Try '$1 --help'." >&2
+  exit 2
+}
+
+# configure PRESET: from whatever an earlier run left in its build folder.
+configure() {
+  local arguments=(--preset "$1" "-DCMAKE_CXX_COMPILER_LAUNCHER=$(command -v ccache || true)")
+  local log
+  log=$(mktemp)
+  if ! cmake "${arguments[@]}" >"$log" 2>&1 && ! cmake --fresh "${arguments[@]}" >"$log" 2>&1; then
+    cat "$log" >&2
+    rm -f "$log"
+    return 1
+  fi
+  rm -f "$log"
+}
+
+# build PRESET [TARGET...]: everything, without targets.
+build() {
+  local preset=$1
+  shift
+  cmake --build --preset "$preset" -j "$JOBS" ${1:+--target "$@"}
+}
