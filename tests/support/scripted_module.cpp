@@ -25,10 +25,6 @@ void ScriptedModule::answer(const std::string& method, Answer answer) {
   fAnswers[method] = std::move(answer);
 }
 
-void ScriptedModule::answer(const std::string& method, Ky::KyValue value) {
-  answer(method, [value](const Ky::KyValue::Array&) { return value; });
-}
-
 void ScriptedModule::forget(const std::string& method) {
   const std::lock_guard guard(fMutex);
   fAnswers.erase(method);

@@ -7,6 +7,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "ky/module.h"
@@ -34,7 +35,11 @@ class ScriptedModule : public Ky::KyModule {
   // What a method answers from now on; methods without an answer are unknown. An answer may throw
   // KyError. Thread-safe.
   void answer(const std::string& method, Answer answer);
-  void answer(const std::string& method, Ky::KyValue value);
+  template <class Value>
+    requires std::is_constructible_v<Ky::KyValue, Value>
+  void answer(const std::string& method, Value value) {
+    answer(method, Answer([value = Ky::KyValue(value)](const Ky::KyValue::Array&) { return value; }));
+  }
   void forget(const std::string& method);
 
   // "getMethodHelp" answers for the scripted methods only and is not kept in the list.

@@ -28,7 +28,9 @@ class KyValue {
   using Array = std::vector<KyValue>;
 
   KyValue() = default;
-  KyValue(bool value) : fData(value) {}
+  // Exactly a bool: pointers would become one silently.
+  template <class T, class = std::enable_if_t<std::is_same_v<T, bool>>, class = void>
+  KyValue(T value) : fData(value) {}
   template <class T, class = std::enable_if_t<std::is_integral_v<T> && !std::is_same_v<T, bool>>>
   KyValue(T value) : fData(static_cast<std::int64_t>(value)) {}
   KyValue(float value) : fData(static_cast<double>(value)) {}
@@ -37,8 +39,6 @@ class KyValue {
   KyValue(std::string value) : fData(std::move(value)) {}
   KyValue(KyBinary value) : fData(std::move(value)) {}
   KyValue(Array value) : fData(std::move(value)) {}
-  // Any other pointer would silently become a bool.
-  KyValue(const void* value) = delete;
 
   // KyValue::array({1, "two", 3.0}); array() is the empty array.
   static KyValue array(std::initializer_list<KyValue> elements = {});
