@@ -1,0 +1,53 @@
+// The viewer's polling loop.
+#pragma once
+
+#include <QThread>
+#include <QTimer>
+#include <atomic>
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+
+class Model;
+class Module;
+
+// Fetches an image and refreshes the overlays on every tick of a timer, in its own thread, at the
+// frame rate that the model asks for. A tick is finished before the next one; missed ticks are
+// dropped. Keeps neither module nor model alive: without them every slot does nothing.
+//
+// GUI thread: construction, start(), setEnableGetImage(), quit() and destruction. Before it is
+// destroyed its event loop must have been left with quit() or exit(): the destructor waits for
+// that.
+class CameraThread : public QThread {
+  Q_OBJECT
+
+ public:
+  CameraThread(boost::shared_ptr<Module> module, boost::shared_ptr<Model> model);
+  ~CameraThread() override;
+
+  // Starts or stops polling. A tick that is running goes on to its end.
+  void setEnableGetImage(bool enable);
+
+ signals:
+  void startTimer();
+  void stopTimer();
+
+ public slots:
+  // These three run in the thread of whoever calls them.
+  void takePict();
+  void previousImg();
+  void nextImg();
+  // One polling step. Camera thread.
+  void onTimeOut();
+
+ protected:
+  void run() override;
+
+ private:
+  void followFrameRate(Model& model);
+
+  boost::weak_ptr<Module> fModule;
+  boost::weak_ptr<Model> fModel;
+  boost::shared_ptr<QTimer> fTimer;  // camera thread; lives while run() does
+  int fFps = 0;                      // camera thread; the rate that the timer is set to
+  std::atomic<bool> fEnabled{false};
+};
