@@ -101,7 +101,7 @@ class BrokerTest : public testing::TestWithParam<const char*> {
 };
 
 INSTANTIATE_TEST_SUITE_P(Transport, BrokerTest, testing::Values("tcp", "process"),
-                         [](const auto& info) { return std::string(info.param); });
+                         [](const auto& test) { return std::string(test.param); });
 
 std::string errorOfCall(const std::function<void()>& call) {
   try {

@@ -134,14 +134,13 @@ void MainBroker::handle(Received received) {
   try {
     handle(received.route,
            decode(received.text.data<char>(), received.text.size(), received.attachments,
-                  fOptions.limits),
-           std::move(received.attachments));
+                  fOptions.limits));
   } catch (const KyError& error) {
     zu::log::warning("ky", "receive") << "dropped a message: " << error.what();
   }
 }
 
-void MainBroker::handle(const std::string& route, Message message, std::vector<KyBinary>) {
+void MainBroker::handle(const std::string& route, Message message) {
   if (message.kind == MessageKind::Hello) return welcome(route, message);
   const auto peer = fPeers.find(route);
   if (peer == fPeers.end()) {

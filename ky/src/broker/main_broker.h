@@ -56,7 +56,7 @@ class MainBroker : public BrokerCore {
 
   // All on the io thread.
   void handle(Received received);
-  void handle(const std::string& route, Message message, std::vector<KyBinary> attachments);
+  void handle(const std::string& route, Message message);
   void welcome(const std::string& route, const Message& hello);
   void handleCall(const std::string& route, Message call);
   Outcome answerOwnCall(const std::string& route, const Message& call);
