@@ -1,0 +1,71 @@
+// Takes pictures from a source on a thread of its own, for as long as somebody wants them.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "robot/camera/frame.h"
+#include "robot/camera/image_format.h"
+#include "robot/camera/picture_controls.h"
+#include "robot/camera/source.h"
+
+namespace robot {
+
+// Thread-safe.
+//
+// When the source fails, the last frame stays and the source is opened again and again: after half
+// a second first, then less and less often, down to every eight seconds.
+class Camera {
+ public:
+  // `source` is open.
+  Camera(int index, std::unique_ptr<CameraSource> source);
+  ~Camera();
+  Camera(const Camera&) = delete;
+  Camera& operator=(const Camera&) = delete;
+
+  // What the readers of the moment want; none: the camera rests and costs nothing. The formats are
+  // ready in each frame before a reader sees it.
+  void setWishes(std::vector<Wish> wishes);
+  void setControls(const PictureControls& controls);
+
+  // The newest frame; right after the camera has begun it waits a little for the first. Throws
+  // KyError when none came, or at once when nobody wished for one or the source has failed.
+  std::shared_ptr<const Frame> newest(std::chrono::milliseconds patience) const;
+
+  // Frames taken since the start.
+  std::uint64_t framesTaken() const;
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void run();
+  bool waitForTurn(std::unique_lock<std::mutex>& lock);
+  void takeOne(std::unique_lock<std::mutex>& lock);
+  void recover(std::unique_lock<std::mutex>& lock, const std::string& why);
+  std::shared_ptr<const Frame> shoot(const PictureControls& controls,
+                                     const std::vector<Wish>& wishes);
+
+  const int fIndex;
+  const std::unique_ptr<CameraSource> fSource;  // the thread's own
+
+  mutable std::mutex fMutex;
+  mutable std::condition_variable fChanged;
+  // All below are guarded by fMutex.
+  std::vector<Wish> fWishes;
+  PictureControls fControls;
+  std::shared_ptr<const Frame> fNewest;
+  std::uint64_t fTaken = 0;
+  std::string fFailure;  // why the source gives no pictures; empty when it does
+  Clock::time_point fLastTurn;
+  bool fStop = false;
+
+  std::thread fThread;
+};
+
+}  // namespace robot

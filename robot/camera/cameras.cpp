@@ -1,0 +1,61 @@
+#include "robot/camera/cameras.h"
+
+namespace robot {
+
+Cameras::Cameras(std::array<std::unique_ptr<CameraSource>, kCameras> sources) {
+  for (std::size_t i = 0; i < sources.size(); ++i)
+    fCameras[i] = std::make_unique<Camera>(static_cast<int>(i), std::move(sources[i]));
+}
+
+int Cameras::active() const {
+  const std::lock_guard guard(fMutex);
+  return fActive;
+}
+
+void Cameras::setActive(int active) {
+  const std::lock_guard guard(fMutex);
+  fActive = active;
+  tellWishes();
+}
+
+std::unique_ptr<CameraReader> Cameras::read(const Wish& wish) {
+  std::unique_ptr<CameraReader> reader(new CameraReader(shared_from_this(), wish));
+  const std::lock_guard guard(fMutex);
+  fReaders.push_back(reader.get());
+  tellWishes();
+  return reader;
+}
+
+void Cameras::tellWishes() {
+  std::vector<Wish> wishes;
+  for (const CameraReader* reader : fReaders) wishes.push_back(reader->fWish);
+  for (int i = 0; i < kCameras; ++i)
+    camera(i).setWishes(i == fActive ? wishes : std::vector<Wish>());
+}
+
+CameraReader::CameraReader(std::shared_ptr<Cameras> cameras, const Wish& wish)
+    : fCameras(std::move(cameras)), fWish(wish) {
+}
+
+CameraReader::~CameraReader() {
+  const std::lock_guard guard(fCameras->fMutex);
+  std::erase(fCameras->fReaders, this);
+  fCameras->tellWishes();
+}
+
+Wish CameraReader::wish() const {
+  const std::lock_guard guard(fCameras->fMutex);
+  return fWish;
+}
+
+void CameraReader::setWish(const Wish& wish) {
+  const std::lock_guard guard(fCameras->fMutex);
+  fWish = wish;
+  fCameras->tellWishes();
+}
+
+std::shared_ptr<const Frame> CameraReader::newest(std::chrono::milliseconds patience) const {
+  return fCameras->camera(fCameras->active()).newest(patience);
+}
+
+}  // namespace robot

@@ -1,0 +1,61 @@
+// The robot's two cameras, one of which is active, and those who read its pictures.
+#pragma once
+
+#include <array>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "robot/camera/camera.h"
+
+namespace robot {
+
+constexpr int kCameras = 2;
+
+class CameraReader;
+
+// Thread-safe. Only the active camera takes pictures.
+class Cameras : public std::enable_shared_from_this<Cameras> {
+ public:
+  // The sources are open.
+  explicit Cameras(std::array<std::unique_ptr<CameraSource>, kCameras> sources);
+
+  int active() const;
+  // `camera`: 0 or 1.
+  void setActive(int camera);
+  Camera& camera(int index) { return *fCameras.at(static_cast<std::size_t>(index)); }
+
+  // Begins to read. The camera works for as long as there is a reader.
+  std::unique_ptr<CameraReader> read(const Wish& wish);
+
+ private:
+  friend class CameraReader;
+  void tellWishes();  // with fMutex held
+
+  mutable std::mutex fMutex;
+  int fActive = 0;                      // guarded by fMutex
+  std::vector<CameraReader*> fReaders;  // guarded by fMutex
+  std::array<std::unique_ptr<Camera>, kCameras> fCameras;
+};
+
+// One who reads the active camera's pictures. Keeps the cameras alive. Thread-safe.
+class CameraReader {
+ public:
+  ~CameraReader();
+  CameraReader(const CameraReader&) = delete;
+  CameraReader& operator=(const CameraReader&) = delete;
+
+  Wish wish() const;
+  void setWish(const Wish& wish);
+  // See Camera::newest().
+  std::shared_ptr<const Frame> newest(std::chrono::milliseconds patience) const;
+
+ private:
+  friend class Cameras;
+  CameraReader(std::shared_ptr<Cameras> cameras, const Wish& wish);
+
+  const std::shared_ptr<Cameras> fCameras;
+  Wish fWish;  // guarded by the cameras' mutex
+};
+
+}  // namespace robot

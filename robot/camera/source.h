@@ -1,0 +1,45 @@
+// Where a camera's pictures come from.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <opencv2/core.hpp>
+#include <string>
+
+namespace robot {
+
+// A picture as its source made it. The pixels are not changed any more.
+struct SourcePicture {
+  cv::Mat picture;        // 8-bit BGR of any size
+  std::int64_t time = 0;  // of capture, microseconds since the Unix epoch
+};
+
+// Thread-bound: it may be made on one thread and used on another.
+class CameraSource {
+ public:
+  virtual ~CameraSource() = default;
+
+  // As given on the command line.
+  virtual std::string name() const = 0;
+  // Makes it ready; also tried again after next() failed. Throws KyError that says what is wrong.
+  virtual void open() = 0;
+  // The next picture. Waits for no longer than a second. Throws KyError when there is none: the
+  // source has failed and needs open().
+  virtual SourcePicture next() = 0;
+  // Time from one picture to the next when the fastest reader wants `fps` of them a second; zero
+  // when next() itself waits.
+  virtual std::chrono::microseconds period(int fps) const = 0;
+  // Nobody is watching: lets go of what costs. next() may follow at any time.
+  virtual void rest() {}
+};
+
+// A source that takes any number of pictures is asked for twice as many as the fastest reader
+// wants, at most 60, so that a reader who polls at that rate never meets the same one twice.
+std::chrono::microseconds periodForReaders(int fps);
+
+// `text` is "generated", the path of a film, a picture or a folder of pictures, or "/dev/videoN".
+// The source is open. Throws KyError.
+std::unique_ptr<CameraSource> openSource(const std::string& text, int camera);
+
+}  // namespace robot

@@ -1,0 +1,37 @@
+#include <iostream>
+#include <opencv2/core.hpp>
+#include <opencv2/core/utils/logger.hpp>
+
+#include "robot/options.h"
+#include "robot/robot.h"
+#include "robot/stop_signals.h"
+
+namespace {
+
+int serve(const robot::Options& options) {
+  const robot::StopSignals stop;
+  // A robot's cameras have threads enough of their own, and we say ourselves what went wrong.
+  cv::setNumThreads(1);
+  cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
+  {
+    const robot::Robot robot(options);
+    std::cout << "kyrobot: listening on " << robot.address().toString() << std::endl;
+    stop.wait();
+  }
+  std::cout << "kyrobot: stopped" << std::endl;
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  int exitCode = 0;
+  const auto options = robot::parseOptions(argc, argv, std::cout, std::cerr, exitCode);
+  if (!options) return exitCode;
+  try {
+    return serve(*options);
+  } catch (const std::exception& error) {
+    std::cerr << "kyrobot: " << error.what() << std::endl;
+    return 1;
+  }
+}

@@ -1,0 +1,30 @@
+// The command line of kyrobot.
+#pragma once
+
+#include <array>
+#include <filesystem>
+#include <iosfwd>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "ky/address.h"
+
+namespace robot {
+
+struct Options {
+  Ky::KyAddress listen;
+  std::array<std::string, 2> sources = {"generated", "generated"};
+  int cameraModel = 1;
+  std::filesystem::path home;
+  std::optional<std::filesystem::path> keys;
+  bool insecure = false;
+  std::set<std::string> without;  // names of modules
+};
+
+// What the command line says, or nothing when there is nothing to start: `exitCode` is then 0
+// after --help and --version, 2 after a wrong option, which has been explained on `err`.
+std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostream& out,
+                                    std::ostream& err, int& exitCode);
+
+}  // namespace robot

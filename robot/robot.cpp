@@ -1,0 +1,86 @@
+#include "robot/robot.h"
+
+#include <functional>
+#include <utility>
+
+#include "robot/services/launcher.h"
+#include "robot/services/logger.h"
+#include "robot/services/memory.h"
+#include "robot/services/video_device.h"
+
+namespace robot {
+namespace {
+
+using Ky::KyError;
+using Ky::KyModule;
+
+// What the modules are made from.
+struct Parts {
+  boost::shared_ptr<Ky::KyBroker> broker;
+  std::shared_ptr<Cameras> cameras;
+  const Options& options;
+};
+
+struct ModuleKind {
+  const char* name;
+  void (*create)(const Parts& parts);
+};
+
+constexpr ModuleKind kModules[] = {
+    {"KyLogger", [](const Parts& parts) { KyModule::createModule<Logger>(parts.broker); }},
+    {"KyMemory", [](const Parts& parts) { KyModule::createModule<Memory>(parts.broker); }},
+    {"KyLauncher", [](const Parts& parts) { KyModule::createModule<Launcher>(parts.broker); }},
+    {"KyVideoDevice",
+     [](const Parts& parts) {
+       KyModule::createModule<VideoDevice>(parts.broker, parts.cameras, parts.options.cameraModel);
+     }},
+};
+
+void makeHome(const std::filesystem::path& home) {
+  std::error_code error;
+  std::filesystem::create_directories(home, error);
+  if (!std::filesystem::is_directory(home))
+    throw KyError("the home folder \"" + home.string() + "\" can't be made: " +
+                  (error ? error.message() : "there is a file of that name") +
+                  "; choose another one with --home");
+}
+
+std::unique_ptr<CameraSource> openCamera(const Options& options, int camera) {
+  try {
+    return openSource(options.sources[static_cast<std::size_t>(camera)], camera);
+  } catch (const KyError& error) {
+    throw KyError("camera " + std::to_string(camera) + ": " + error.what());
+  }
+}
+
+boost::shared_ptr<Ky::KyBroker> listen(const Options& options) {
+  Ky::KyBrokerOptions broker;
+  broker.name = "kyrobot";
+  broker.listen = options.listen;
+  broker.keys = options.keys;
+  broker.insecure = options.insecure;
+  return Ky::KyBroker::create(std::move(broker));
+}
+
+}  // namespace
+
+std::vector<std::string> moduleNames() {
+  std::vector<std::string> names;
+  for (const ModuleKind& kind : kModules) names.emplace_back(kind.name);
+  return names;
+}
+
+Robot::Robot(const Options& options) {
+  makeHome(options.home);
+  fCameras = std::make_shared<Cameras>(std::array<std::unique_ptr<CameraSource>, kCameras>{
+      openCamera(options, 0), openCamera(options, 1)});
+  fBroker = listen(options);
+  for (const ModuleKind& kind : kModules)
+    if (options.without.count(kind.name) == 0) kind.create({fBroker, fCameras, options});
+}
+
+Robot::~Robot() {
+  if (fBroker) fBroker->shutdown();
+}
+
+}  // namespace robot

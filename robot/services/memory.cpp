@@ -1,0 +1,93 @@
+#include "robot/services/memory.h"
+
+namespace robot {
+
+using Ky::KyError;
+using Ky::KyValue;
+
+std::size_t bytesOf(const KyValue& value) {
+  std::size_t bytes = sizeof(KyValue);
+  if (value.isString()) bytes += value.asString().size();
+  if (value.isBinary()) bytes += value.asBinary().size();
+  if (value.isArray())
+    for (const KyValue& element : value.asArray()) bytes += bytesOf(element);
+  return bytes;
+}
+
+Memory::Memory(boost::shared_ptr<Ky::KyBroker> broker, MemoryLimits limits)
+    : KyModule(std::move(broker), "KyMemory"), fLimits(limits) {
+  setModuleDescription("Values under names, for everybody to read and write.");
+
+  functionName("insertData", getName(), "Stores a value; replaces the one before.");
+  addParam("key", "the name");
+  addParam("value", "of any type");
+  bindMethod(&Memory::insertData);
+
+  functionName("getData", getName(), "The value under a name.");
+  addParam("key", "the name");
+  setReturn("value", "as stored");
+  bindMethod(&Memory::getData);
+
+  functionName("getListData", getName(), "The values under several names at once.");
+  addParam("keys", "the names");
+  setReturn("values", "one for each name, in the same order");
+  bindMethod(&Memory::getListData);
+
+  functionName("removeData", getName(), "Forgets a value.");
+  addParam("key", "the name");
+  bindMethod(&Memory::removeData);
+
+  functionName("getDataList", getName(), "The names that begin with a text.");
+  addParam("prefix", "the text; empty: all names");
+  setReturn("keys", "the names, sorted");
+  bindMethod(&Memory::getDataList);
+}
+
+void Memory::insertData(const std::string& key, const KyValue& value) {
+  if (key.size() > fLimits.keyBytes)
+    throw KyError("a key may have " + std::to_string(fLimits.keyBytes) + " bytes, this one has " +
+                  std::to_string(key.size()));
+  const auto found = fEntries.find(key);
+  if (found == fEntries.end() && fEntries.size() >= fLimits.keys)
+    throw KyError("the memory is full: it holds " + std::to_string(fLimits.keys) +
+                  " keys; remove some first");
+  const std::size_t before = found == fEntries.end() ? 0 : found->second.bytes;
+  const std::size_t after = key.size() + bytesOf(value);
+  if (fBytes - before + after > fLimits.totalBytes)
+    throw KyError("the memory is full: \"" + key + "\" needs " + std::to_string(after) +
+                  " bytes, of " + std::to_string(fLimits.totalBytes) + " are free " +
+                  std::to_string(fLimits.totalBytes - (fBytes - before)));
+  fEntries[key] = {value, after};
+  fBytes = fBytes - before + after;
+}
+
+const Memory::Entry& Memory::require(const std::string& key) const {
+  const auto found = fEntries.find(key);
+  if (found == fEntries.end()) throw KyError("there is no data under the key \"" + key + "\"");
+  return found->second;
+}
+
+KyValue Memory::getData(const std::string& key) {
+  return require(key).value;
+}
+
+KyValue::Array Memory::getListData(const std::vector<std::string>& keys) {
+  KyValue::Array values;
+  for (const std::string& key : keys) values.push_back(require(key).value);
+  return values;
+}
+
+void Memory::removeData(const std::string& key) {
+  fBytes -= require(key).bytes;
+  fEntries.erase(key);
+}
+
+KyValue::Array Memory::getDataList(const std::string& prefix) {
+  KyValue::Array keys;
+  for (auto at = fEntries.lower_bound(prefix);
+       at != fEntries.end() && at->first.compare(0, prefix.size(), prefix) == 0; ++at)
+    keys.emplace_back(at->first);
+  return keys;
+}
+
+}  // namespace robot

@@ -1,0 +1,46 @@
+// The module "KyMemory": values under names, for everybody to read and write.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "ky/module.h"
+
+namespace robot {
+
+// What all the values together may take. A program that writes more is told so; what is stored
+// stays.
+struct MemoryLimits {
+  std::size_t keys = 100000;
+  std::size_t keyBytes = 1024;         // one key
+  std::size_t totalBytes = 64u << 20;  // all keys and values
+};
+
+// The methods run on the module's call thread.
+class Memory : public Ky::KyModule {
+ public:
+  explicit Memory(boost::shared_ptr<Ky::KyBroker> broker, MemoryLimits limits = {});
+
+  void insertData(const std::string& key, const Ky::KyValue& value);
+  Ky::KyValue getData(const std::string& key);
+  Ky::KyValue::Array getListData(const std::vector<std::string>& keys);
+  void removeData(const std::string& key);
+  Ky::KyValue::Array getDataList(const std::string& prefix);
+
+ private:
+  struct Entry {
+    Ky::KyValue value;
+    std::size_t bytes = 0;
+  };
+  const Entry& require(const std::string& key) const;
+
+  const MemoryLimits fLimits;
+  std::map<std::string, Entry> fEntries;
+  std::size_t fBytes = 0;  // of all entries
+};
+
+// About what a value takes in memory.
+std::size_t bytesOf(const Ky::KyValue& value);
+
+}  // namespace robot

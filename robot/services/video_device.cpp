@@ -1,0 +1,205 @@
+#include "robot/services/video_device.h"
+
+#include <algorithm>
+
+#include "robot/services/image_record.h"
+
+namespace robot {
+namespace {
+
+using Ky::KyError;
+
+constexpr std::chrono::milliseconds kFirstFrame{500};
+constexpr std::size_t kMaxSubscriptions = 32;  // of one peer
+constexpr std::size_t kMaxName = 128;          // bytes
+
+void requireWish(const Wish& wish) {
+  if (!isResolution(wish.format.resolution))
+    throw KyError("there is no resolution " + std::to_string(wish.format.resolution) +
+                  "; 0 is 160x120, 1 320x240, 2 640x480, 3 1280x960");
+  if (!isColorSpace(wish.format.colorSpace))
+    throw KyError("there is no colour space " + std::to_string(wish.format.colorSpace) +
+                  "; 0 is grey, 9 YUV 4:2:2, 10 YUV 4:4:4");
+  if (!isFrameRate(wish.fps))
+    throw KyError("a frame rate of " + std::to_string(wish.fps) + " can't be had; 1 to " +
+                  std::to_string(kMaxFps) + " can");
+}
+
+bool isPossible(const Wish& wish) {
+  return isResolution(wish.format.resolution) && isColorSpace(wish.format.colorSpace) &&
+         isFrameRate(wish.fps);
+}
+
+bool tryWish(CameraReader* reader, const Wish& wish) {
+  if (reader == nullptr || !isPossible(wish)) return false;
+  reader->setWish(wish);
+  return true;
+}
+
+void changeWish(Wish& wish, int id, int value) {
+  if (id == kResolution) wish.format.resolution = value;
+  if (id == kFrameRate) wish.fps = value;
+  if (id == kColorSpace) wish.format.colorSpace = value;
+}
+
+bool isOfSubscription(int id) {
+  return id == kResolution || id == kFrameRate || id == kColorSpace;
+}
+
+}  // namespace
+
+VideoDevice::VideoDevice(boost::shared_ptr<Ky::KyBroker> broker, std::shared_ptr<Cameras> cameras,
+                         int model)
+    : KyModule(std::move(broker), "KyVideoDevice"),
+      fCameras(std::move(cameras)),
+      fModel(model),
+      fParameters{CameraParameters(model), CameraParameters(model)} {
+  setModuleDescription("The robot's cameras.");
+  publishPictures();
+  publishSettings();
+  publishParameters();
+}
+
+std::string VideoDevice::subscribe(const Ky::KyPeer& caller, const std::string& name,
+                                   int resolution, int colorSpace, int fps) {
+  const Wish wish{{resolution, colorSpace}, fps};
+  requireWish(wish);
+  if (name.size() > kMaxName)
+    throw KyError("a subscriber's name may have " + std::to_string(kMaxName) + " bytes");
+  if (CameraReader* reader = find(caller, name)) {
+    reader->setWish(wish);
+    return name;
+  }
+  if (readersOf(caller).size() >= kMaxSubscriptions)
+    throw KyError("there are " + std::to_string(kMaxSubscriptions) +
+                  " subscriptions already; unsubscribe first");
+  const std::string given = name.empty() ? freeName() : name;
+  fReaders[{caller.id, given}] = fCameras->read(wish);
+  return given;
+}
+
+void VideoDevice::unsubscribe(const Ky::KyPeer& caller, const std::string& name) {
+  if (fReaders.erase({caller.id, name}) == 0) throw KyError("\"" + name + "\" is not subscribed");
+}
+
+Ky::KyValue::Array VideoDevice::getImageRemote(const Ky::KyPeer& caller, const std::string& name) {
+  const CameraReader* reader = find(caller, name);
+  if (reader == nullptr)
+    throw KyError("\"" + name + "\" is not subscribed; call subscribe() first");
+  const auto frame = reader->newest(kFirstFrame);
+  return imageRecord(*frame, reader->wish().format);
+}
+
+bool VideoDevice::setFrameRate(const Ky::KyPeer& caller, const std::string& name, int fps) {
+  CameraReader* reader = find(caller, name);
+  return reader != nullptr && tryWish(reader, {reader->wish().format, fps});
+}
+
+bool VideoDevice::setResolution(const Ky::KyPeer& caller, const std::string& name, int resolution) {
+  CameraReader* reader = find(caller, name);
+  if (reader == nullptr) return false;
+  const Wish now = reader->wish();
+  return tryWish(reader, {{resolution, now.format.colorSpace}, now.fps});
+}
+
+bool VideoDevice::setColorSpace(const Ky::KyPeer& caller, const std::string& name, int colorSpace) {
+  CameraReader* reader = find(caller, name);
+  if (reader == nullptr) return false;
+  const Wish now = reader->wish();
+  return tryWish(reader, {{now.format.resolution, colorSpace}, now.fps});
+}
+
+bool VideoDevice::setActiveCamera(int camera) {
+  if (camera < 0 || camera >= kCameras) return false;
+  fCameras->setActive(camera);
+  return true;
+}
+
+int VideoDevice::getCameraModelID() {
+  return fModel;
+}
+
+int VideoDevice::getParam(const Ky::KyPeer& caller, int id) {
+  return getParamOf(caller, id, fCameras->active());
+}
+
+int VideoDevice::getParamOf(const Ky::KyPeer& caller, int id, int camera) {
+  const CameraParameters& own = parameters(camera);
+  if (id == kActiveCamera) return fCameras->active();
+  return isOfSubscription(id) ? wishParameter(caller, id) : own.get(id);
+}
+
+void VideoDevice::setParam(const Ky::KyPeer& caller, int id, int value) {
+  setParamOf(caller, id, value, fCameras->active());
+}
+
+void VideoDevice::setParamOf(const Ky::KyPeer& caller, int id, int value, int camera) {
+  CameraParameters& own = parameters(camera);
+  if (id == kActiveCamera) {
+    if (!setActiveCamera(value))
+      throw KyError("there is no camera " + std::to_string(value) + "; 0 and 1 are there");
+  } else if (isOfSubscription(id)) {
+    setWishParameter(caller, id, value);
+  } else {
+    own.set(id, value);
+    fCameras->camera(camera).setControls(own.controls());
+  }
+}
+
+void VideoDevice::peerLeft(const Ky::KyPeer& peer) {
+  std::erase_if(fReaders, [&](const auto& entry) { return entry.first.first == peer.id; });
+}
+
+void VideoDevice::stop() {
+  fReaders.clear();
+}
+
+std::string VideoDevice::freeName() const {
+  for (int number = 1;; ++number) {
+    std::string name = "viewer_" + std::to_string(number);
+    const auto taken = [&](const auto& entry) { return entry.first.second == name; };
+    if (std::none_of(fReaders.begin(), fReaders.end(), taken)) return name;
+  }
+}
+
+CameraReader* VideoDevice::find(const Ky::KyPeer& caller, const std::string& name) const {
+  const auto found = fReaders.find({caller.id, name});
+  return found == fReaders.end() ? nullptr : found->second.get();
+}
+
+std::vector<CameraReader*> VideoDevice::readersOf(const Ky::KyPeer& caller) const {
+  std::vector<CameraReader*> readers;
+  for (const auto& [subscriber, reader] : fReaders)
+    if (subscriber.first == caller.id) readers.push_back(reader.get());
+  return readers;
+}
+
+CameraParameters& VideoDevice::parameters(int camera) {
+  if (camera < 0 || camera >= kCameras)
+    throw KyError("there is no camera " + std::to_string(camera) + "; 0 and 1 are there");
+  return fParameters[static_cast<std::size_t>(camera)];
+}
+
+int VideoDevice::wishParameter(const Ky::KyPeer& caller, int id) const {
+  const auto readers = readersOf(caller);
+  const Wish wish = readers.empty() ? Wish() : readers.front()->wish();
+  if (id == kResolution) return wish.format.resolution;
+  return id == kFrameRate ? wish.fps : wish.format.colorSpace;
+}
+
+void VideoDevice::setWishParameter(const Ky::KyPeer& caller, int id, int value) {
+  Wish changed;
+  changeWish(changed, id, value);
+  requireWish(changed);
+  const auto readers = readersOf(caller);
+  if (readers.empty())
+    throw KyError("parameter " + std::to_string(id) +
+                  " belongs to a subscription; call subscribe() first");
+  for (CameraReader* reader : readers) {
+    Wish wish = reader->wish();
+    changeWish(wish, id, value);
+    reader->setWish(wish);
+  }
+}
+
+}  // namespace robot

@@ -1,0 +1,62 @@
+// The module "KyVideoDevice": the robot's cameras for everybody in its runtime.
+#pragma once
+
+#include <array>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "ky/module.h"
+#include "robot/camera/camera_parameters.h"
+#include "robot/camera/cameras.h"
+
+namespace robot {
+
+// A subscriber is known by peer and name, so that two desktops of one name each have a picture of
+// their own. The methods run on the module's call thread.
+class VideoDevice : public Ky::KyModule {
+ public:
+  // `model`: 1 or 2.
+  VideoDevice(boost::shared_ptr<Ky::KyBroker> broker, std::shared_ptr<Cameras> cameras, int model);
+
+  std::string subscribe(const Ky::KyPeer& caller, const std::string& name, int resolution,
+                        int colorSpace, int fps);
+  void unsubscribe(const Ky::KyPeer& caller, const std::string& name);
+  Ky::KyValue::Array getImageRemote(const Ky::KyPeer& caller, const std::string& name);
+
+  bool setFrameRate(const Ky::KyPeer& caller, const std::string& name, int fps);
+  bool setResolution(const Ky::KyPeer& caller, const std::string& name, int resolution);
+  bool setColorSpace(const Ky::KyPeer& caller, const std::string& name, int colorSpace);
+
+  bool setActiveCamera(int camera);
+  int getCameraModelID();
+  int getParam(const Ky::KyPeer& caller, int id);
+  int getParamOf(const Ky::KyPeer& caller, int id, int camera);
+  void setParam(const Ky::KyPeer& caller, int id, int value);
+  void setParamOf(const Ky::KyPeer& caller, int id, int value, int camera);
+
+  void peerLeft(const Ky::KyPeer& peer) override;
+  void stop() override;
+
+ private:
+  using Subscriber = std::pair<std::string, std::string>;  // peer id, name
+
+  void publishPictures();
+  void publishSettings();
+  void publishParameters();
+
+  std::string freeName() const;
+  CameraReader* find(const Ky::KyPeer& caller, const std::string& name) const;
+  std::vector<CameraReader*> readersOf(const Ky::KyPeer& caller) const;
+  CameraParameters& parameters(int camera);
+  int wishParameter(const Ky::KyPeer& caller, int id) const;
+  void setWishParameter(const Ky::KyPeer& caller, int id, int value);
+
+  const std::shared_ptr<Cameras> fCameras;
+  const int fModel;
+  std::array<CameraParameters, kCameras> fParameters;
+  std::map<Subscriber, std::unique_ptr<CameraReader>> fReaders;
+};
+
+}  // namespace robot

@@ -1,0 +1,16 @@
+// Ctrl-C and kill, waited for instead of handled.
+#pragma once
+
+namespace robot {
+
+// Make one before any other thread: threads made later don't receive the signals either. A broken
+// pipe on standard output is no reason to die, so SIGPIPE is ignored.
+class StopSignals {
+ public:
+  StopSignals();
+
+  // Returns when the process is told to stop: SIGINT, SIGTERM or SIGHUP.
+  void wait() const;
+};
+
+}  // namespace robot
