@@ -1,5 +1,6 @@
 #include "wire/packing.h"
 
+#include <bit>
 #include <limits>
 #include <msgpack.hpp>
 #include <optional>
@@ -21,6 +22,7 @@ class Writer {
 
  private:
   void pack(const KyValue& value, int depth);
+  void packFloat(double value);
   void packBinary(const KyBinary& binary);
   void packArray(const KyValue::Array& elements, int depth);
   void requireRoom() const;
@@ -57,7 +59,7 @@ void Writer::pack(const KyValue& value, int depth) {
       fPacker.pack_int64(value.asInt64());
       break;
     case KyType::Float:
-      fPacker.pack_double(value.asDouble());
+      packFloat(value.asDouble());
       break;
     case KyType::String:
       if (value.asString().size() <= fLimits.packedBytes) {
@@ -76,6 +78,14 @@ void Writer::pack(const KyValue& value, int depth) {
       break;
   }
   requireRoom();
+}
+
+// By hand: the packer turns whole numbers into ints, and 1.0 must arrive as a float.
+void Writer::packFloat(double value) {
+  const auto bits = std::bit_cast<std::uint64_t>(value);
+  char bytes[9] = {static_cast<char>(0xCB)};
+  for (int i = 0; i < 8; ++i) bytes[i + 1] = static_cast<char>(bits >> (56 - 8 * i));
+  write(bytes, sizeof bytes);
 }
 
 void Writer::packBinary(const KyBinary& binary) {
