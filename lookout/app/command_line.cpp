@@ -1,0 +1,111 @@
+#include "command_line.h"
+
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFileInfo>
+#include <cmath>
+
+#include "robots/robot_address.h"
+
+namespace Lookout {
+namespace {
+
+const char* const kExamples = R"(
+Examples:
+  lookout
+      Opens the window; connect with Ctrl+N.
+  lookout --robot 192.168.1.20
+      Connects to a robot on the usual port, 9559.
+  lookout --robot 127.0.0.1:9559 --robot 127.0.0.1:9560 --play
+      Shows two robots side by side and starts their pictures.
+  QT_QPA_PLATFORM=offscreen lookout --robot 127.0.0.1 --play --report \
+      --screenshot window.png --quit-after 10
+      Runs for ten seconds without a display, saves a picture of the window and says how
+      many frames were painted; fails if a robot painted none.
+)";
+
+const QCommandLineOption kHelp({"h", "help"}, "Shows this help.");
+const QCommandLineOption kVersion({"v", "version"}, "Shows the version.");
+const QCommandLineOption kRobot("robot", "Connects to this robot. May be repeated.", "HOST:PORT");
+const QCommandLineOption kPlay("play", "Starts the pictures of the robots given.");
+const QCommandLineOption kScreenshot("screenshot", "Saves the window as PNG before quitting.",
+                                     "FILE");
+const QCommandLineOption kQuitAfter("quit-after", "Quits after so many seconds.", "SECONDS");
+const QCommandLineOption kPlugins("plugins", "Loads the plug-ins of this folder.", "DIR");
+const QCommandLineOption kResources("resources", "Takes the plug-ins' icons from this folder.",
+                                    "DIR");
+const QCommandLineOption kReport(
+    "report",
+    "Prints a line about each robot when quitting; with --play, the exit code is 1 when "
+    "one of them painted nothing.");
+
+[[noreturn]] void refuse(const QString& why) {
+  throw CommandLineError((why + "\nTry 'lookout --help'.").toStdString());
+}
+
+std::vector<Ky::KyAddress> robots(const QStringList& texts) {
+  std::vector<Ky::KyAddress> result;
+  for (const QString& text : texts) try {
+      result.push_back(robotAddress(text));
+    } catch (const Ky::KyError& error) {
+      refuse("--robot: " + QString::fromUtf8(error.what()));
+    }
+  return result;
+}
+
+double seconds(const QString& text) {
+  bool isNumber = false;
+  const double value = text.toDouble(&isNumber);
+  if (!isNumber || !std::isfinite(value) || value < 0 || value > 1e6)
+    refuse(QString("--quit-after: '%1' is no number of seconds from 0 to 1000000").arg(text));
+  return value;
+}
+
+QString folder(const QCommandLineParser& parser, const QCommandLineOption& option) {
+  const QString path = parser.value(option);
+  if (parser.isSet(option) && !QFileInfo(path).isDir())
+    refuse(QString("--%1: there is no folder '%2'").arg(option.names().first(), path));
+  return path;
+}
+
+QString screenshotFile(const QCommandLineParser& parser) {
+  if (!parser.isSet(kScreenshot)) return {};
+  const QFileInfo file(parser.value(kScreenshot));
+  if (parser.value(kScreenshot).isEmpty() || file.isDir())
+    refuse(QString("--screenshot: '%1' is no file name").arg(parser.value(kScreenshot)));
+  if (!file.absoluteDir().exists())
+    refuse(QString("--screenshot: there is no folder '%1'").arg(file.absolutePath()));
+  return file.absoluteFilePath();
+}
+
+}  // namespace
+
+CommandLine parseCommandLine(const QStringList& arguments) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription("Lookout shows what robots see.");
+  parser.addOptions(
+      {kHelp, kVersion, kRobot, kPlay, kScreenshot, kQuitAfter, kPlugins, kResources, kReport});
+  CommandLine result;
+  if (!parser.parse(arguments)) refuse(parser.errorText());
+  if (parser.isSet(kHelp)) {
+    result.answer = parser.helpText() + kExamples;
+    return result;
+  }
+  if (parser.isSet(kVersion)) {
+    result.answer = "lookout " LOOKOUT_VERSION "\n";
+    return result;
+  }
+  if (!parser.positionalArguments().isEmpty())
+    refuse(QString("'%1' is no option; robots are given with --robot")
+               .arg(parser.positionalArguments().first()));
+  result.robots = robots(parser.values(kRobot));
+  result.play = parser.isSet(kPlay);
+  result.report = parser.isSet(kReport);
+  result.screenshot = screenshotFile(parser);
+  if (parser.isSet(kQuitAfter)) result.quitAfter = seconds(parser.value(kQuitAfter));
+  result.plugins = folder(parser, kPlugins);
+  result.resources = folder(parser, kResources);
+  return result;
+}
+
+}  // namespace Lookout

@@ -1,0 +1,35 @@
+// What was asked for on the command line.
+#pragma once
+
+#include <QStringList>
+#include <optional>
+#include <stdexcept>
+#include <vector>
+
+#include "ky/address.h"
+
+namespace Lookout {
+
+struct CommandLine {
+  std::vector<Ky::KyAddress> robots;
+  bool play = false;
+  bool report = false;
+  QString screenshot;               // empty: none
+  std::optional<double> quitAfter;  // seconds
+  QString plugins;                  // empty: the standard folder
+  QString resources;                // empty: the standard folder
+  // Instead of running: print this and leave.
+  QString answer;
+};
+
+// what() says what is wrong and how to learn more.
+class CommandLineError : public std::runtime_error {
+ public:
+  using runtime_error::runtime_error;
+};
+
+// `arguments` begins with the program's name. Needs a QCoreApplication, not a display. Throws
+// CommandLineError.
+CommandLine parseCommandLine(const QStringList& arguments);
+
+}  // namespace Lookout

@@ -1,0 +1,5 @@
+#include "run.h"
+
+int main(int argc, char** argv) {
+  return Lookout::run(argc, argv);
+}

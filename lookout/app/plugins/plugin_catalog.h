@@ -1,0 +1,50 @@
+// The plug-ins of a folder.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <vector>
+
+class WidgetInterface;
+
+namespace Lookout {
+
+// One file of the folder: a plug-in, or the reason why it isn't one.
+struct Plugin {
+  QString name;  // the file's name without "lib" and ".so"
+  QString file;
+  QString error;           // empty when it was loaded
+  QPointer<QObject> root;  // null when it was not
+  WidgetInterface* interface = nullptr;
+};
+
+// Loads every *.so of a folder, in the order of their names. Nothing that lies there stops the
+// host: what can't be used is listed with its reason, and logged. GUI thread.
+class PluginCatalog {
+ public:
+  // A folder that doesn't exist is an error(), not an exception.
+  explicit PluginCatalog(const QString& folder);
+  // Deletes the plug-ins' objects; their widgets are gone by then.
+  ~PluginCatalog();
+  PluginCatalog(const PluginCatalog&) = delete;
+  PluginCatalog& operator=(const PluginCatalog&) = delete;
+
+  // Where plug-ins lie beside an installed or built program whose folder is `bin`.
+  static QString standardFolder(const QString& bin);
+
+  const QString& folder() const { return fFolder; }
+  const std::vector<Plugin>& plugins() const { return fPlugins; }
+  // Those that were loaded.
+  std::vector<const Plugin*> loaded() const;
+  // The first that shows a robot; null when there is none.
+  const Plugin* forRobots() const;
+  // Why there is no plug-in for robots; empty when there is one.
+  QString error() const;
+
+ private:
+  QString fFolder;
+  std::vector<Plugin> fPlugins;
+};
+
+}  // namespace Lookout

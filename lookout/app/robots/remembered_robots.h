@@ -1,0 +1,20 @@
+// The robots that were used before, kept in the settings.
+#pragma once
+
+#include <QStringList>
+
+namespace Lookout {
+
+// "HOST:PORT" texts, the most recent first, at most 20. GUI thread; reads and writes the
+// application's QSettings at each call.
+class RememberedRobots {
+ public:
+  static constexpr int kMost = 20;
+
+  static QStringList all();
+  // Moves it to the front, or adds it there.
+  static void remember(const QString& robot);
+  static void forget(const QString& robot);
+};
+
+}  // namespace Lookout

@@ -1,0 +1,15 @@
+#include "robots/robot_address.h"
+
+namespace Lookout {
+
+Ky::KyAddress robotAddress(const QString& text, int port) {
+  const std::string typed = text.trimmed().toStdString();
+  if (typed.empty()) throw Ky::KyError("Type the robot's name or IP address.");
+  Ky::KyAddress address = Ky::KyAddress::parse(typed);
+  if (typed == address.host || typed == "[" + address.host + "]") address.port = port;
+  if (address.port == 0)
+    throw Ky::KyError("'" + typed + "' is no robot's address: robots listen on ports 1 to 65535");
+  return address;
+}
+
+}  // namespace Lookout

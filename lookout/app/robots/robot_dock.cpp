@@ -1,0 +1,127 @@
+#include "robots/robot_dock.h"
+
+#include <QCloseEvent>
+#include <QLabel>
+#include <QScrollArea>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include "robots/lost_veil.h"
+#include "robots/status_line.h"
+
+namespace Lookout {
+namespace {
+
+using State = RobotSession::State;
+
+constexpr int kStatusMs = 1000;
+
+}  // namespace
+
+RobotDock::RobotDock(const Plugin& plugin, std::optional<Ky::KyAddress> robot, const QString& icons,
+                     QWidget* parent)
+    : QDockWidget(parent), fPluginName(plugin.name) {
+  buildBody();
+  fSession = std::make_unique<RobotSession>(*plugin.interface, std::move(robot),
+                                            icons.toStdString(), *fScroll);
+  setObjectName("robot " + name());
+  connect(fSession.get(), &RobotSession::widgetMade, this, &RobotDock::showWidget);
+  connect(fSession.get(), &RobotSession::changed, this, &RobotDock::showState);
+  connect(fSession.get(), &RobotSession::closed, this, &RobotDock::closed);
+  connect(fSession.get(), &RobotSession::closed, this, &QObject::deleteLater);
+  connect(&fStatusTimer, &QTimer::timeout, this, &RobotDock::measure);
+  fStatusTimer.start(kStatusMs);
+  showState();
+}
+
+RobotDock::~RobotDock() {
+  // The session tells nobody any more, and its widget goes before the dock's other parts.
+  fSession->disconnect(this);
+  fSession.reset();
+}
+
+void RobotDock::buildBody() {
+  auto* body = new QWidget(this);
+  fPages = new QStackedWidget(body);
+  fPlaceholder = new QLabel(fPages);
+  fPlaceholder->setTextFormat(Qt::PlainText);
+  fPlaceholder->setAlignment(Qt::AlignCenter);
+  fPlaceholder->setWordWrap(true);
+  fPlaceholder->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  // So that a plug-in's widget of a fixed size forces no size on the window.
+  fScroll = new QScrollArea(fPages);
+  fScroll->setWidgetResizable(true);
+  fScroll->setFrameShape(QFrame::NoFrame);
+  fScroll->setAlignment(Qt::AlignCenter);
+  fPages->addWidget(fPlaceholder);
+  fPages->addWidget(fScroll);
+  fVeil = new LostVeil(fPages);
+  fStatus = new StatusLine(body);
+
+  auto* layout = new QVBoxLayout(body);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(fPages, 1);
+  layout->addWidget(fStatus);
+  setWidget(body);
+}
+
+QString RobotDock::robotName() const {
+  const auto& robot = fSession->robot();
+  return robot ? QString::fromStdString(robot->toString()) : QString();
+}
+
+QString RobotDock::name() const {
+  return (fPluginName + " " + robotName()).trimmed();
+}
+
+QSize RobotDock::missingSize() const {
+  const QWidget* shown = fScroll->widget();
+  if (shown == nullptr) return {0, 0};
+  const QSize wanted = shown->minimumSize().expandedTo(shown->minimumSizeHint());
+  return (wanted - fScroll->size()).expandedTo({0, 0});
+}
+
+void RobotDock::showWidget(QWidget* widget) {
+  fScroll->setWidget(widget);
+  widget->show();
+  fPages->setCurrentWidget(fScroll);
+  emit widgetShown();
+}
+
+void RobotDock::showState() {
+  const State state = fSession->state();
+  const QString& problem = fSession->problem();
+  setWindowTitle(state == State::Lost         ? tr("%1 (connection lost)").arg(name())
+                 : state == State::Connecting ? tr("%1 (connecting)").arg(name())
+                                              : name());
+  if (state == State::Connecting) {
+    fPlaceholder->setText(tr("Connecting to %1...").arg(name()) +
+                          (problem.isEmpty() ? QString() : "\n\n" + problem));
+    fPages->setCurrentWidget(fPlaceholder);
+  }
+  if (state == State::Lost)
+    fVeil->cover(tr("Connection lost: %1. Reconnecting...").arg(problem));
+  else
+    fVeil->hide();
+  showStatus();
+}
+
+void RobotDock::measure() {
+  fBytesPerSecond =
+      fBandwidth.update(fSession->statistics().bytesIn, std::chrono::steady_clock::now());
+  showStatus();
+}
+
+void RobotDock::showStatus() {
+  fStatus->setVisible(fSession->robot().has_value());
+  fStatus->show(RobotStatus{fSession->state(), fSession->statistics().roundTrip, fBytesPerSecond,
+                            fSession->shownFrameRate()});
+}
+
+void RobotDock::closeEvent(QCloseEvent* event) {
+  event->accept();
+  fSession->close();
+}
+
+}  // namespace Lookout

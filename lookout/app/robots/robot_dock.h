@@ -1,0 +1,66 @@
+// A robot's place in the window.
+#pragma once
+
+#include <QDockWidget>
+#include <QTimer>
+
+#include "plugins/plugin_catalog.h"
+#include "robots/bandwidth.h"
+#include "robots/robot_session.h"
+
+class QLabel;
+class QScrollArea;
+class QStackedWidget;
+
+namespace Lookout {
+
+class LostVeil;
+class StatusLine;
+
+// Shows one robot's widget, or why there is none, above a line about its connection. Closing it
+// ends the session, then deletes the dock. GUI thread.
+class RobotDock : public QDockWidget {
+  Q_OBJECT
+
+ public:
+  // `plugin` was loaded and outlives the dock. Without `robot` it is a widget that needs none.
+  RobotDock(const Plugin& plugin, std::optional<Ky::KyAddress> robot, const QString& icons,
+            QWidget* parent = nullptr);
+  ~RobotDock() override;
+
+  RobotSession& session() { return *fSession; }
+  // "HOST:PORT"; empty without a robot.
+  QString robotName() const;
+  // "PLUG-IN HOST:PORT"
+  QString name() const;
+  // How much larger the dock must be to show its widget whole.
+  QSize missingSize() const;
+
+ signals:
+  void widgetShown();
+  // The session has ended; the dock is about to go.
+  void closed();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void buildBody();
+  void showWidget(QWidget* widget);
+  void showState();
+  void measure();
+  void showStatus();
+
+  const QString fPluginName;
+  QStackedWidget* fPages = nullptr;
+  QLabel* fPlaceholder = nullptr;
+  QScrollArea* fScroll = nullptr;
+  LostVeil* fVeil = nullptr;
+  StatusLine* fStatus = nullptr;
+  Bandwidth fBandwidth;
+  double fBytesPerSecond = 0;
+  QTimer fStatusTimer;
+  std::unique_ptr<RobotSession> fSession;
+};
+
+}  // namespace Lookout

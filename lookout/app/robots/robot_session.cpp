@@ -1,0 +1,267 @@
+#include "robots/robot_session.h"
+
+#include <QThreadPool>
+#include <algorithm>
+
+#include "lookout/lookout_widget.h"
+#include "lookout/robot_broker.h"
+#include "lookout/widget_interface.h"
+#include "robots/open_dialogs.h"
+#include "zu/log.h"
+
+namespace Lookout {
+namespace {
+
+constexpr int kFirstRetryMs = 1000;
+constexpr int kLastRetryMs = 8000;
+constexpr int kDialogCheckMs = 200;
+constexpr int kProbeCheckMs = 1000;
+
+// A plug-in has one slot for the broker that it opened last, so only one getWidget() runs at a
+// time, even when it shows a message box and events go on meanwhile. GUI thread.
+bool pluginAtWork = false;
+
+}  // namespace
+
+RobotSession::RobotSession(WidgetInterface& plugin, std::optional<Ky::KyAddress> robot,
+                           std::string icons, QWidget& home, QObject* parent)
+    : QObject(parent),
+      fPlugin(plugin),
+      fRobot(std::move(robot)),
+      fIcons(std::move(icons)),
+      fHome(home),
+      fRetryMs(kFirstRetryMs) {
+  fRetry.setSingleShot(true);
+  connect(&fRetry, &QTimer::timeout, this, &RobotSession::retry);
+  fProbeCheck.setInterval(kProbeCheckMs);
+  connect(&fProbeCheck, &QTimer::timeout, this, &RobotSession::showProbeProblem);
+}
+
+RobotSession::~RobotSession() {
+  close();
+}
+
+void RobotSession::start() {
+  if (fRobot)
+    startProbe();
+  else
+    QMetaObject::invokeMethod(this, &RobotSession::openWidget, Qt::QueuedConnection);
+}
+
+void RobotSession::close() {
+  if (fState == State::Closed) return;
+  fListener.reset();
+  fRetry.stop();
+  setState(State::Closed, tr("Closed"));
+  if (fMaking) return;  // openWidget() goes on from here
+  removeWidget();
+  dropProbe();
+  emit closed();
+}
+
+// ---- the connection
+
+void RobotSession::startProbe() {
+  Ky::KyBrokerOptions options = robotBrokerOptions("LookoutBroker", *fRobot);
+  options.connectLater = true;
+  try {
+    fProbe = Ky::KyBroker::create(std::move(options));
+  } catch (const Ky::KyError& error) {
+    fail(QString::fromUtf8(error.what()));
+    return;
+  }
+  fProbeCheck.start();
+  watch(fProbe);
+}
+
+void RobotSession::dropProbe() {
+  fProbeCheck.stop();
+  if (!fProbe) return;
+  // It may be looking up a name, which can take long, and has no modules: it ends elsewhere.
+  QThreadPool::globalInstance()->start([probe = std::move(fProbe)] { probe->shutdown(); });
+  fProbe.reset();
+}
+
+void RobotSession::watch(const Broker& broker) {
+  fListener.reset();
+  fWatched = broker;
+  const int watch = ++fWatch;
+  // The news comes on the broker's thread. Going through the event loop is safe: the listener ends
+  // before this object does.
+  const auto tell = [this, watch](Ky::KyConnection connection, const QString& why) {
+    QMetaObject::invokeMethod(
+        this,
+        [this, watch, connection, why] {
+          if (watch == fWatch) onConnection(connection, why);
+        },
+        Qt::QueuedConnection);
+  };
+  fListener = broker->onConnection([tell](Ky::KyConnection connection, const std::string& why) {
+    tell(connection, QString::fromStdString(why));
+  });
+  // What happened before it listened.
+  const Ky::KyConnection now = broker->connection();
+  const bool expected =
+      now == (broker == fBroker ? Ky::KyConnection::Connected : Ky::KyConnection::Connecting);
+  if (!expected) tell(now, tr("the connection broke at once"));
+}
+
+void RobotSession::onConnection(Ky::KyConnection connection, const QString& why) {
+  if (fState == State::Closed || fMaking) return;
+  if (connection == Ky::KyConnection::Connected && fState != State::Connected) {
+    openWidget();
+  } else if (connection == Ky::KyConnection::Lost && fState == State::Connected) {
+    lose(why);
+  } else if (connection == Ky::KyConnection::Lost && fState == State::Connecting) {
+    setState(fState, why);
+  }
+}
+
+void RobotSession::lose(const QString& why) {
+  zu::log::warning("lookout", "session")
+      << "lost " << fRobot->toString() << ": " << why.toStdString();
+  if (LookoutWidget* widget = lookoutWidget()) {
+    fPlaying = widget->isPlaying();
+    emit widget->disconnected(&fPlugin);
+  }
+  setState(State::Lost, why);
+}
+
+void RobotSession::showProbeProblem() {
+  if (!fProbe || fState != State::Connecting || fRetry.isActive()) return;
+  if (fProbe->connection() == Ky::KyConnection::Connected) return;
+  try {
+    fProbe->moduleNames();  // fails at once, and knows why
+  } catch (const Ky::KyError& error) {
+    const QString why = QString::fromUtf8(error.what());
+    if (why != fProblem) zu::log::warning("lookout", "session") << error.what();
+    setState(State::Connecting, why);
+  }
+}
+
+// ---- the widget
+
+void RobotSession::openWidget() {
+  if (fState == State::Closed || fMaking) return;
+  fRetry.stop();
+  // An open dialog of the old widget's has code of the widget waiting for it: the user answers
+  // first.
+  if (pluginAtWork || (fWidget && hasOpenDialog(*fWidget))) {
+    fRetry.start(kDialogCheckMs);
+    return;
+  }
+  removeWidget();
+  QString why;
+  fMaking = pluginAtWork = true;
+  QWidget* widget = makeWidget(why);
+  fMaking = pluginAtWork = false;
+  if (widget != nullptr) keepWidget(widget);
+  if (fState == State::Closed) {
+    removeWidget();
+    dropProbe();
+    emit closed();
+  } else if (widget == nullptr) {
+    fail(why);
+  }
+}
+
+QWidget* RobotSession::makeWidget(QString& why) {
+  const Broker before = fPlugin.broker();
+  QWidget* widget = nullptr;
+  const Ky::KyAddress robot = fRobot.value_or(Ky::KyAddress{"", 0});
+  try {
+    widget = fPlugin.getWidget(&fHome, robot.host, robot.port, fIcons);
+    if (widget == nullptr) why = tr("the plug-in made no widget");
+  } catch (const std::exception& error) {
+    why = QString::fromUtf8(error.what());
+  } catch (...) {
+    why = tr("the plug-in failed and did not say why");
+  }
+  // The plug-in's broker is the latest widget's only: each session keeps its own.
+  if (fPlugin.broker() != before) fBroker = fPlugin.broker();
+  if (widget == nullptr && fBroker) {
+    fBroker->shutdown();
+    fBroker.reset();
+  }
+  return widget;
+}
+
+void RobotSession::keepWidget(QWidget* widget) {
+  fWidget = widget;
+  if (fState == State::Closed) return;
+  fRetryMs = kFirstRetryMs;
+  if (fRobot) zu::log::info("lookout", "session") << "connected to " << fRobot->toString();
+  emit widgetMade(widget);
+  if (LookoutWidget* made = lookoutWidget(); made != nullptr && fPlaying) made->setPlaying(true);
+  setState(State::Connected, {});
+  if (fBroker) {
+    watch(fBroker);
+    dropProbe();
+  } else if (fProbe) {
+    watch(fProbe);
+  } else if (fRobot) {
+    startProbe();
+  }
+}
+
+void RobotSession::removeWidget() {
+  fFramesBefore = framesPainted();
+  delete fWidget.data();
+  if (!fBroker) return;
+  fListener.reset();
+  fBroker->shutdown();
+  fBroker.reset();
+}
+
+// ---- trying again
+
+void RobotSession::fail(const QString& why) {
+  zu::log::error("lookout", "session")
+      << (fRobot ? fRobot->toString() : "plug-in") << ": " << why.toStdString();
+  setState(State::Connecting, why);
+  fRetry.start(fRetryMs);
+  fRetryMs = std::min(2 * fRetryMs, kLastRetryMs);
+}
+
+void RobotSession::retry() {
+  if (fState == State::Closed || fState == State::Connected) return;
+  if (fRobot && !fProbe && !fBroker)
+    startProbe();
+  else if (!fRobot || fWatched->connection() == Ky::KyConnection::Connected)
+    openWidget();
+}
+
+// ---- what is known
+
+void RobotSession::setState(State state, const QString& problem) {
+  if (state == fState && problem == fProblem) return;
+  fState = state;
+  fProblem = problem;
+  emit changed();
+}
+
+LookoutWidget* RobotSession::lookoutWidget() const {
+  return qobject_cast<LookoutWidget*>(fWidget.data());
+}
+
+Ky::KyStatistics RobotSession::statistics() const {
+  if (fBroker) return fBroker->statistics();
+  return fProbe ? fProbe->statistics() : Ky::KyStatistics{};
+}
+
+void RobotSession::setPlaying(bool playing) {
+  fPlaying = playing;
+  if (LookoutWidget* widget = lookoutWidget()) widget->setPlaying(playing);
+}
+
+quint64 RobotSession::framesPainted() const {
+  const LookoutWidget* widget = lookoutWidget();
+  return fFramesBefore + (widget != nullptr ? widget->framesPainted() : 0);
+}
+
+double RobotSession::shownFrameRate() const {
+  const LookoutWidget* widget = lookoutWidget();
+  return widget != nullptr && fState == State::Connected ? widget->shownFrameRate() : 0;
+}
+
+}  // namespace Lookout

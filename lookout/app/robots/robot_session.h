@@ -1,0 +1,111 @@
+// One robot in the window: from the first attempt to reach it to the closing of its dock.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+#include <boost/shared_ptr.hpp>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "ky/broker.h"
+
+class LookoutWidget;
+class QWidget;
+class WidgetInterface;
+
+namespace Lookout {
+
+// Waits for the robot without blocking, has the plug-in make the widget when it answers, says when
+// the robot is lost, and has a new widget made when it is back.
+//
+//   Connecting --answers--> Connected --lost--> Lost --answers--> Connected ..  any --close-->
+//   Closed
+//
+// A widget that can't be made is tried again: at once when the robot comes back, and from time to
+// time. GUI thread; the longest that it blocks is what the plug-in's getWidget() and the widget's
+// destructor take: no more than it takes to notice that the robot is lost.
+class RobotSession : public QObject {
+  Q_OBJECT
+
+ public:
+  enum class State { Connecting, Connected, Lost, Closed };
+
+  // `plugin` outlives the session, and so does `home`, whose children the widgets become. Without
+  // `robot` the widget is made at once and stays. `icons` is the folder handed to the plug-in.
+  RobotSession(WidgetInterface& plugin, std::optional<Ky::KyAddress> robot, std::string icons,
+               QWidget& home, QObject* parent = nullptr);
+  // Closes. Not while the plug-in is at work.
+  ~RobotSession() override;
+
+  // Returns at once.
+  void start();
+  // Deletes the widget, then ends its connection. Idempotent. While the plug-in is at work (it may
+  // show a message box), closing happens as soon as it returns: closed() tells.
+  void close();
+
+  State state() const { return fState; }
+  // Why there is no picture; empty when there is one.
+  const QString& problem() const { return fProblem; }
+  const std::optional<Ky::KyAddress>& robot() const { return fRobot; }
+  // Null while there is none. A lost robot's widget stays until the robot is back.
+  QWidget* widget() const { return fWidget; }
+  // Of the widget's connection; zeros without one.
+  Ky::KyStatistics statistics() const;
+
+  // Applies to the widget, and to those that are made later. What the user chose in a lost robot's
+  // widget holds for the next one.
+  void setPlaying(bool playing);
+  // Of all widgets of this session together.
+  quint64 framesPainted() const;
+  double shownFrameRate() const;
+
+ signals:
+  // The state or the problem changed.
+  void changed();
+  // A new widget is there, to be shown.
+  void widgetMade(QWidget* widget);
+  void closed();
+
+ private:
+  using Broker = boost::shared_ptr<Ky::KyBroker>;
+
+  void startProbe();
+  void dropProbe();
+  void watch(const Broker& broker);
+  void onConnection(Ky::KyConnection connection, const QString& why);
+  void lose(const QString& why);
+  void openWidget();
+  QWidget* makeWidget(QString& why);
+  void keepWidget(QWidget* widget);
+  void removeWidget();
+  void fail(const QString& why);
+  void retry();
+  void showProbeProblem();
+  void setState(State state, const QString& problem);
+  LookoutWidget* lookoutWidget() const;
+
+  WidgetInterface& fPlugin;
+  const std::optional<Ky::KyAddress> fRobot;
+  const std::string fIcons;
+  QWidget& fHome;
+
+  State fState = State::Connecting;
+  QString fProblem;
+  bool fPlaying = false;
+  bool fMaking = false;  // the plug-in is at work
+  quint64 fFramesBefore = 0;
+  QPointer<QWidget> fWidget;
+
+  Broker fProbe;    // waits for the robot; null once the widget's own broker does
+  Broker fBroker;   // the widget's; null when its plug-in opens none
+  Broker fWatched;  // the one of the two that fListener listens to
+  int fWatch = 0;   // counts watch(), to tell stale news
+  QTimer fRetry;
+  int fRetryMs;  // how long until the next attempt
+  QTimer fProbeCheck;
+  std::unique_ptr<Ky::KyConnectionListener> fListener;
+};
+
+}  // namespace Lookout

@@ -1,0 +1,74 @@
+#include "run.h"
+
+#include <QApplication>
+#include <QDir>
+#include <cstdio>
+
+#include "command_line.h"
+#include "scripted_run.h"
+#include "signal_watcher.h"
+#include "window/main_window.h"
+
+namespace Lookout {
+namespace {
+
+// Before there is an application with a window, so that help needs no display.
+CommandLine parse(int argc, char** argv) {
+  const QCoreApplication application(argc, argv);
+  return parseCommandLine(QCoreApplication::arguments());
+}
+
+bool hasDisplay() {
+  return !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") ||
+         !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+// Ends with a slash: plug-ins put file names right behind it.
+QString iconFolder(const QString& asked) {
+  const QString standard = QCoreApplication::applicationDirPath() + "/../share/lookout/icons";
+  return QDir(asked.isEmpty() ? standard : asked).absolutePath() + "/";
+}
+
+int runWindow(const CommandLine& options) {
+  const QString standard = PluginCatalog::standardFolder(QCoreApplication::applicationDirPath());
+  MainWindow window(options.plugins.isEmpty() ? standard : options.plugins,
+                    iconFolder(options.resources));
+  ScriptedRun script(window, options);
+  const SignalWatcher signalWatcher;
+  QObject::connect(&signalWatcher, &SignalWatcher::stopRequested, &window, &QWidget::close);
+  // Also ends the loops of dialogs that are still open.
+  QObject::connect(&window, &MainWindow::closing, qApp, &QCoreApplication::quit,
+                   Qt::QueuedConnection);
+  window.show();
+  script.start();
+  QApplication::exec();
+  return script.exitCode();
+}
+
+}  // namespace
+
+int run(int argc, char** argv) {
+  QCoreApplication::setOrganizationName("Lookout");
+  QCoreApplication::setApplicationName("Lookout");
+  QCoreApplication::setApplicationVersion(LOOKOUT_VERSION);
+  try {
+    const CommandLine options = parse(argc, argv);
+    if (!options.answer.isEmpty()) {
+      std::fputs(options.answer.toUtf8().constData(), stdout);
+      return 0;
+    }
+    if (!hasDisplay()) {
+      std::fputs(
+          "lookout: there is no display. Set QT_QPA_PLATFORM=offscreen to run without one.\n",
+          stderr);
+      return 1;
+    }
+    const QApplication application(argc, argv);
+    return runWindow(options);
+  } catch (const CommandLineError& error) {
+    std::fprintf(stderr, "lookout: %s\n", error.what());
+    return 2;
+  }
+}
+
+}  // namespace Lookout

@@ -1,0 +1,72 @@
+// The window "Lookout".
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+#include <vector>
+
+#include "ky/address.h"
+#include "plugins/plugin_catalog.h"
+
+class QLabel;
+
+namespace Lookout {
+
+class LogPanel;
+class RobotDock;
+
+// Holds a dock a robot and the log panel. GUI thread.
+class MainWindow : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  // Loads the plug-ins of a folder; `icons` ends with a slash and is handed to them.
+  MainWindow(const QString& plugins, QString icons, QWidget* parent = nullptr);
+  ~MainWindow() override;
+
+  // Docks a robot and returns at once; the connection is made later. A robot that is docked
+  // already is brought to the front. Null when no plug-in shows robots: a message says so.
+  RobotDock* connectTo(const Ky::KyAddress& robot);
+  // Docks a widget that needs no robot.
+  RobotDock* open(const Plugin& plugin);
+
+  const PluginCatalog& catalog() const { return fCatalog; }
+  const std::vector<RobotDock*>& docks() const { return fDocks; }
+  const LogPanel& logPanel() const { return *fLog; }
+
+ public slots:
+  void askForRobot();
+  void closeCurrentRobot();
+  void showPlugins();
+  void showPreferences();
+  void showAbout();
+
+ signals:
+  // The window is about to close, with all its robots still there.
+  void closing();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void buildLog();
+  void buildMenus();
+  void buildHint();
+  void showCatalog();
+  void restoreLayout();
+  RobotDock* addDock(const Plugin& plugin, std::optional<Ky::KyAddress> robot);
+  void forget(RobotDock* dock);
+  void growFor(const RobotDock& dock);
+
+  PluginCatalog fCatalog;
+  const QString fIcons;
+  LogPanel* fLog = nullptr;
+  QDockWidget* fLogDock = nullptr;
+  QWidget* fHint = nullptr;
+  QLabel* fHintText = nullptr;
+  QLabel* fSummary = nullptr;
+  QAction* fCloseRobot = nullptr;
+  std::vector<RobotDock*> fDocks;
+};
+
+}  // namespace Lookout

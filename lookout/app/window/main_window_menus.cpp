@@ -1,0 +1,52 @@
+// The menus, shortcuts and tool bar of the main window.
+#include <QAction>
+#include <QApplication>
+#include <QDockWidget>
+#include <QMenuBar>
+#include <QStyle>
+#include <QToolBar>
+
+#include "lookout/widget_interface.h"
+#include "window/main_window.h"
+
+namespace Lookout {
+
+void MainWindow::buildMenus() {
+  QMenu* robot = menuBar()->addMenu(tr("&Robot"));
+  QAction* connectAction =
+      robot->addAction(tr("&Connect..."), QKeySequence::New, this, &MainWindow::askForRobot);
+  connectAction->setIcon(style()->standardIcon(QStyle::SP_DriveNetIcon));
+  connectAction->setToolTip(tr("Connect to a robot (Ctrl+N)"));
+  for (const Plugin* plugin : fCatalog.loaded())
+    if (!plugin->interface->requiresConnection())
+      robot->addAction(tr("&Open %1").arg(plugin->name), this, [this, plugin] { open(*plugin); });
+  fCloseRobot = robot->addAction(tr("C&lose robot"), QKeySequence::Close, this,
+                                 &MainWindow::closeCurrentRobot);
+  fCloseRobot->setEnabled(false);
+  robot->addSeparator();
+  QAction* preferences = robot->addAction(tr("&Preferences..."), QKeySequence("Ctrl+,"), this,
+                                          &MainWindow::showPreferences);
+  preferences->setMenuRole(QAction::PreferencesRole);
+  robot->addSeparator();
+  robot->addAction(tr("&Quit"), QKeySequence("Ctrl+Q"), this, &QWidget::close)
+      ->setMenuRole(QAction::QuitRole);
+
+  QAction* log = fLogDock->toggleViewAction();
+  log->setText(tr("&Log"));
+  log->setShortcut(QKeySequence("Ctrl+L"));
+  log->setIcon(style()->standardIcon(QStyle::SP_FileDialogDetailedView));
+  menuBar()->addMenu(tr("&View"))->addAction(log);
+
+  QMenu* help = menuBar()->addMenu(tr("&Help"));
+  help->addAction(tr("&Plug-ins..."), this, &MainWindow::showPlugins);
+  help->addAction(tr("&About Lookout"), this, &MainWindow::showAbout);
+
+  QToolBar* tools = addToolBar(tr("Tools"));
+  tools->setObjectName("tools");
+  tools->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  tools->setIconSize({16, 16});
+  tools->setMovable(false);
+  tools->addActions({connectAction, log});
+}
+
+}  // namespace Lookout
