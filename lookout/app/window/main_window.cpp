@@ -30,12 +30,13 @@ constexpr int kLogHeight = 130;
 }  // namespace
 
 MainWindow::MainWindow(const QString& plugins, QString icons, QWidget* parent)
-    : QMainWindow(parent), fCatalog(plugins), fIcons(std::move(icons)) {
+    : QMainWindow(parent), fIcons(std::move(icons)) {
   setWindowTitle("Lookout");
   setDockOptions(AnimatedDocks | AllowNestedDocks | AllowTabbedDocks);
   setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
   buildHint();
   buildLog();
+  fCatalog = std::make_unique<PluginCatalog>(plugins);
   buildMenus();
   showCatalog();
   restoreLayout();
@@ -65,9 +66,9 @@ RobotDock* MainWindow::connectTo(const Ky::KyAddress& robot) {
       dock->raise();
       return dock;
     }
-  const Plugin* plugin = fCatalog.forRobots();
+  const Plugin* plugin = fCatalog->forRobots();
   if (plugin == nullptr) {
-    statusBar()->showMessage(fCatalog.error());
+    statusBar()->showMessage(fCatalog->error());
     return nullptr;
   }
   return addDock(*plugin, robot);
@@ -150,10 +151,10 @@ void MainWindow::buildLog() {
 }
 
 void MainWindow::showCatalog() {
-  const QString error = fCatalog.error();
+  const QString error = fCatalog->error();
   fHintText->setText(error.isEmpty() ? tr("No robot is connected.") : error);
-  const auto loaded = fCatalog.loaded().size();
-  const auto failed = fCatalog.plugins().size() - loaded;
+  const auto loaded = fCatalog->loaded().size();
+  const auto failed = fCatalog->plugins().size() - loaded;
   QString summary = tr("Plug-ins: %1 loaded").arg(loaded);
   if (failed > 0) summary += tr(", %1 failed: see Help > Plug-ins").arg(failed);
   fSummary = new QLabel(summary, this);
@@ -178,7 +179,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::showPlugins() {
-  PluginsDialog(fCatalog, this).exec();
+  PluginsDialog(*fCatalog, this).exec();
 }
 
 void MainWindow::showPreferences() {

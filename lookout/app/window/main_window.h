@@ -30,7 +30,7 @@ class MainWindow : public QMainWindow {
   // Docks a widget that needs no robot.
   RobotDock* open(const Plugin& plugin);
 
-  const PluginCatalog& catalog() const { return fCatalog; }
+  const PluginCatalog& catalog() const { return *fCatalog; }
   const std::vector<RobotDock*>& docks() const { return fDocks; }
   const LogPanel& logPanel() const { return *fLog; }
 
@@ -58,7 +58,7 @@ class MainWindow : public QMainWindow {
   void forget(RobotDock* dock);
   void growFor(const RobotDock& dock);
 
-  PluginCatalog fCatalog;
+  std::unique_ptr<PluginCatalog> fCatalog;  // made when the log listens
   const QString fIcons;
   LogPanel* fLog = nullptr;
   QDockWidget* fLogDock = nullptr;

@@ -17,7 +17,7 @@ void MainWindow::buildMenus() {
       robot->addAction(tr("&Connect..."), QKeySequence::New, this, &MainWindow::askForRobot);
   connectAction->setIcon(style()->standardIcon(QStyle::SP_DriveNetIcon));
   connectAction->setToolTip(tr("Connect to a robot (Ctrl+N)"));
-  for (const Plugin* plugin : fCatalog.loaded())
+  for (const Plugin* plugin : fCatalog->loaded())
     if (!plugin->interface->requiresConnection())
       robot->addAction(tr("&Open %1").arg(plugin->name), this, [this, plugin] { open(*plugin); });
   fCloseRobot = robot->addAction(tr("C&lose robot"), QKeySequence::Close, this,
