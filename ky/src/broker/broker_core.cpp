@@ -4,6 +4,7 @@
 
 #include "broker/main_broker.h"
 #include "broker/peer_broker.h"
+#include "zu/log.h"
 
 namespace Ky {
 namespace {
@@ -66,6 +67,16 @@ std::optional<Received> BrokerCore::receive(zmq::socket_t& socket, bool hasRoute
   auto received = receiveParts(socket, hasRoute);
   if (received) fBytesIn += received->bytes;
   return received;
+}
+
+void BrokerCore::reportDropped(const std::string& why) {
+  constexpr std::uint64_t kInFull = 20;
+  constexpr std::uint64_t kThenEvery = 1000;
+  ++fDropped;
+  if (fDropped <= kInFull)
+    zu::log::warning("ky", "receive") << "dropped a message: " << why;
+  else if (fDropped % kThenEvery == 0)
+    zu::log::warning("ky", "receive") << "dropped " << fDropped << " messages so far: " << why;
 }
 
 KyValue BrokerCore::call(const std::string& module, const std::string& method,

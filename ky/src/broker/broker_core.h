@@ -76,6 +76,8 @@ class BrokerCore : protected IoLoop::Client {
   // On the io thread: counts what goes over a socket.
   Sent send(zmq::socket_t& socket, const std::string& route, const Parts& parts);
   std::optional<Received> receive(zmq::socket_t& socket, bool hasRoute);
+  // Logs why a message is dropped, but never floods the log on behalf of whoever sends rubbish.
+  void reportDropped(const std::string& why);
 
   // Has a local module called for somebody outside; the answer goes out over sendAnswer(). False
   // when there is no such module.
@@ -97,6 +99,7 @@ class BrokerCore : protected IoLoop::Client {
   std::atomic<std::uint64_t> fBytesIn{0};
   std::atomic<std::uint64_t> fBytesOut{0};
   std::atomic<std::int64_t> fRoundTrip{0};  // microseconds
+  std::uint64_t fDropped = 0;               // io thread
   std::mutex fCloseMutex;
   bool fClosed = false;  // guarded by fCloseMutex
   IoLoop fLoop;          // last: its thread uses all the others

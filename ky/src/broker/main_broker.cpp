@@ -132,11 +132,10 @@ void MainBroker::closeSockets() {
 
 void MainBroker::handle(Received received) {
   try {
-    handle(received.route,
-           decode(received.text.data<char>(), received.text.size(), received.attachments,
-                  fOptions.limits));
+    handle(received.route, decode(received.text.data<char>(), received.text.size(),
+                                  received.attachments, fOptions.limits));
   } catch (const KyError& error) {
-    zu::log::warning("ky", "receive") << "dropped a message: " << error.what();
+    reportDropped(error.what());
   }
 }
 

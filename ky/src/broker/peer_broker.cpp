@@ -212,7 +212,7 @@ void PeerBroker::handle(Received received) {
     handle(decode(received.text.data<char>(), received.text.size(), received.attachments,
                   fOptions.limits));
   } catch (const KyError& error) {
-    zu::log::warning("ky", "receive") << "dropped a message: " << error.what();
+    reportDropped(error.what());
   }
 }
 
