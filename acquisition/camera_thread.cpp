@@ -30,6 +30,14 @@ void CameraThread::setEnableGetImage(bool enable) {
     emit stopTimer();
 }
 
+bool CameraThread::isPolling() const {
+  return fTimer && fTimer->isActive();
+}
+
+int CameraThread::interval() const {
+  return fTimer ? fTimer->interval() : 0;
+}
+
 void CameraThread::takePict() {
   const auto module = fModule.lock();
   const auto model = fModel.lock();

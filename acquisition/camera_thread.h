@@ -27,6 +27,10 @@ class CameraThread : public QThread {
   // Starts or stops polling. A tick that is running goes on to its end.
   void setEnableGetImage(bool enable);
 
+  // Camera thread: whether the timer runs, and its period in ms (0 before run()).
+  bool isPolling() const;
+  int interval() const;
+
  signals:
   void startTimer();
   void stopTimer();
