@@ -74,8 +74,8 @@ Process::Process(const std::string& program, const std::vector<std::string>& arg
   std::vector<std::string> words = {program};
   words.insert(words.end(), arguments.begin(), arguments.end());
   auto variables = environmentWith(environment);
-  const auto argv = pointers(words);
-  const auto envp = pointers(variables);
+  auto argv = pointers(words);
+  auto envp = pointers(variables);
   const auto output = makePipe(), errors = makePipe(), failure = makePipe();
 
   const pid_t parent = getpid();
