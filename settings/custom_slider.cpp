@@ -11,6 +11,7 @@ namespace {
 
 constexpr int kNameWidth = 120;
 constexpr int kValueWidth = 30;
+constexpr int kRowSpacing = 6;  // whatever the panel's own
 
 }  // namespace
 
@@ -39,6 +40,7 @@ QLayout* QCustomSlider::init() {
   if (!module) return nullptr;
 
   auto* row = new QHBoxLayout;
+  row->setSpacing(kRowSpacing);
   fNameLabel = newLabel(QString::fromStdString(fName), kNameWidth);
   row->addWidget(fNameLabel);
 

@@ -24,6 +24,10 @@ struct UraballSettingsWidget::Control {
 
 namespace {
 
+// Pixels, for the longest name and for 1000.
+constexpr int kNameWidth = 175;
+constexpr int kValueWidth = 40;
+
 const char kY[] = "Ball Y component";
 const char kU[] = "Ball U component";
 const char kV[] = "Ball V component";
@@ -94,6 +98,8 @@ void UraballSettingsWidget::xAddSlider(QBoxLayout* layout, const Control& contro
   QLayout* row = slider.init();
   if (row == nullptr) return;
   layout->addLayout(row);
+  slider.initLabel(kNameWidth);
+  slider.initValueLabel(std::to_string(slider.slider()->value()), kValueWidth);
   connect(slider.slider(), SIGNAL(sliderReleased()), this, control.slot);
   xShowValue(control);
 }

@@ -13,6 +13,13 @@
 #include "plugin/module.h"
 #include "settings/camera_parameter.h"
 
+namespace {
+
+// Pixels between two rows: all of the first camera model's 24 have to fit.
+constexpr int kRowSpacing = 4;
+
+}  // namespace
+
 VideoSettingsWidget::VideoSettingsWidget(boost::shared_ptr<Module> module, QWidget* parent)
     : QWidget(parent), fModule(module), fParent(qobject_cast<QTabWidget*>(parent)) {
   if (module) fCameraModel = module->getCameraModelID();
@@ -25,6 +32,7 @@ VideoSettingsWidget::VideoSettingsWidget(boost::shared_ptr<Module> module, QWidg
 QWidget* VideoSettingsWidget::otherParametersWidget() {
   auto* group = new QGroupBox("Other parameters", this);
   auto* layout = new QVBoxLayout(group);
+  layout->setSpacing(kRowSpacing);
   xAddSlider(layout, "Framerate up to", kFrameRate, true, 0, Model::fMaxFps);
   xAddResolution(layout);
   fBlackAndWhite = xAddCheckBox(layout, "black and white", SLOT(onColorSpace(int)));
@@ -52,6 +60,7 @@ QCustomSlider* VideoSettingsWidget::xGetCustomSlider(std::string name) {
 
 void VideoSettingsWidget::xAddResolution(QBoxLayout* layout) {
   auto* row = new QHBoxLayout;
+  row->setSpacing(6);
   row->addWidget(new QLabel("resolution", this));
   fResolution = new QComboBox(this);
   fResolution->setAccessibleName("resolution");
@@ -67,12 +76,21 @@ void VideoSettingsWidget::xAddResolution(QBoxLayout* layout) {
 }
 
 void VideoSettingsWidget::xAddDetections(QBoxLayout* layout) {
-  xAddCheckBox(layout, "ball detection", SLOT(onBallDetection(int)));
-  xAddCheckBox(layout, "duck detection", SLOT(onDuckDetection(int)));
-  xAddCheckBox(layout, "mark detection", SLOT(onMarkDetection(int)));
-  xAddCheckBox(layout, "face detection", SLOT(onFaceDetection(int)));
-  xAddCheckBox(layout, "logo detection", SLOT(onLogoDetection(int)));
-  xAddCheckBox(layout, "vision recognition", SLOT(onPictureRecognition(int)));
+  xAddDetection(layout, "ball detection", "ball", SLOT(onBallDetection(int)));
+  xAddDetection(layout, "duck detection", "duck", SLOT(onDuckDetection(int)));
+  xAddDetection(layout, "mark detection", "mark", SLOT(onMarkDetection(int)));
+  xAddDetection(layout, "face detection", "face", SLOT(onFaceDetection(int)));
+  xAddDetection(layout, "logo detection", "logo", SLOT(onLogoDetection(int)));
+  xAddDetection(layout, "vision recognition", "picture", SLOT(onPictureRecognition(int)));
+}
+
+void VideoSettingsWidget::xAddDetection(QBoxLayout* layout, const char* text, const char* kind,
+                                        const char* slot) {
+  QCheckBox* box = xAddCheckBox(layout, text, slot);
+  // It can be tried all the same: the robot may start the extractor later.
+  const auto module = fModule.lock();
+  if (module && !module->activateDetection(kind, -1))
+    box->setToolTip("The robot did not offer this when the panel was opened.");
 }
 
 void VideoSettingsWidget::xAddExposureAndGain(QBoxLayout* layout) {

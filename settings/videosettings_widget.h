@@ -55,6 +55,7 @@ class VideoSettingsWidget : public QWidget {
   // Building; the robot is asked for what the controls show.
   void xAddResolution(QBoxLayout* layout);
   void xAddDetections(QBoxLayout* layout);
+  void xAddDetection(QBoxLayout* layout, const char* text, const char* kind, const char* slot);
   void xAddExposureAndGain(QBoxLayout* layout);
   void xAddWhiteBalance(QBoxLayout* layout);
   void xAddPicture(QBoxLayout* layout);
