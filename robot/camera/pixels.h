@@ -1,5 +1,4 @@
-// From BGR to what readers get: YUV as ITU-R BT.601 defines it for video (luminance 16..235,
-// chrominance 16..240). Two pixels that share their chrominance share that of their mean colour.
+// From what a source takes to what readers get.
 #pragma once
 
 #include <opencv2/core.hpp>
