@@ -123,6 +123,8 @@ void BrokerCore::close() {
   fClosed = true;
   fLoop.post([this] { closeSockets(); });
   fLoop.stop();
+  // Returns when the sockets are really gone: whoever wants the port next finds it free.
+  if (!fOptions.inProcess) fOwnContext.close();
 }
 
 SteadyTime deadlineOf(const Message& call) {

@@ -11,6 +11,9 @@ namespace {
 // One connection, so one route.
 const std::string kParent;
 
+// A bounded number in a row, so that everything else gets its turn under load.
+constexpr int kMessagesAtOnce = 64;
+
 std::string randomId() {
   static constexpr char kHex[] = "0123456789abcdef";
   std::random_device random;
@@ -174,12 +177,14 @@ std::vector<zmq::pollitem_t> PeerBroker::waitFor() {
 
 void PeerBroker::work() {
   if (!fSocket) return;
-  for (int i = 0; i < 64; ++i) {
+  // Asked before reading: what the robot said before it hung up counts.
+  const auto event = fMonitor ? fMonitor->next() : std::nullopt;
+  for (int i = 0; i < kMessagesAtOnce; ++i) {
     auto received = receive(fSocket, false);
     if (!received) break;
     handle(std::move(*received));
   }
-  handleEvents();
+  if (event) handleEvent(*event);
   if (!fConnected) sayHello();
   keepAlive();
 }
@@ -191,20 +196,16 @@ void PeerBroker::sayHello() {
   if (send(fSocket, kParent, hello) == Sent::Yes) fLastHello = now;
 }
 
-void PeerBroker::handleEvents() {
+void PeerBroker::handleEvent(ConnectionMonitor::Event event) {
   using Event = ConnectionMonitor::Event;
-  while (fMonitor) {
-    const auto event = fMonitor->next();
-    if (!event) return;
-    if (fConnected) {
-      if (*event == Event::Closed) lose(describe(*event));  // opens another monitor
-      continue;
-    }
-    // The connection on which hello was said may be gone: say it again on the next.
-    fLastHello = {};
-    // Closing follows a failed handshake and says less than it.
-    if (*event != Event::Closed) fState.setProblem(describe(*event), true);
+  if (fConnected) {
+    if (event == Event::Closed) lose(describe(event));
+    return;
   }
+  // The connection on which hello was said may be gone: say it again on the next.
+  fLastHello = {};
+  // Whoever hangs up before the welcome is as good as one who fails the handshake.
+  fState.setProblem(describe(event == Event::Closed ? Event::HandshakeFailed : event), true);
 }
 
 void PeerBroker::handle(Received received) {

@@ -46,7 +46,7 @@ class PeerBroker : public BrokerCore {
   void openSocket();
   void setKeys();
   void sayHello();
-  void handleEvents();
+  void handleEvent(ConnectionMonitor::Event event);
   void handle(Received received);
   void handle(Message message);
   void handleCall(Message call);

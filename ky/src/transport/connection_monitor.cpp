@@ -6,26 +6,9 @@
 namespace Ky {
 namespace {
 
-constexpr int kEvents = ZMQ_EVENT_DISCONNECTED | ZMQ_EVENT_CONNECT_RETRIED |
+constexpr int kEvents = ZMQ_EVENT_CONNECTED | ZMQ_EVENT_DISCONNECTED | ZMQ_EVENT_CONNECT_RETRIED |
                         ZMQ_EVENT_HANDSHAKE_FAILED_AUTH | ZMQ_EVENT_HANDSHAKE_FAILED_PROTOCOL |
                         ZMQ_EVENT_HANDSHAKE_FAILED_NO_DETAIL;
-
-std::optional<ConnectionMonitor::Event> translate(std::uint16_t event) {
-  using Event = ConnectionMonitor::Event;
-  switch (event) {
-    case ZMQ_EVENT_DISCONNECTED:
-      return Event::Closed;
-    case ZMQ_EVENT_CONNECT_RETRIED:
-      return Event::NobodyListens;
-    case ZMQ_EVENT_HANDSHAKE_FAILED_AUTH:
-      return Event::KeyRefused;
-    case ZMQ_EVENT_HANDSHAKE_FAILED_PROTOCOL:
-    case ZMQ_EVENT_HANDSHAKE_FAILED_NO_DETAIL:
-      return Event::HandshakeFailed;
-    default:
-      return std::nullopt;
-  }
-}
 
 }  // namespace
 
@@ -54,7 +37,27 @@ std::optional<ConnectionMonitor::Event> ConnectionMonitor::next() {
     if (event.size() < sizeof(std::uint16_t)) continue;
     std::uint16_t number = 0;
     std::memcpy(&number, event.data(), sizeof number);
-    if (const auto translated = translate(number)) return translated;
+    if (const auto told = tell(number)) return told;
+  }
+}
+
+// One failed attempt brings several events, of which only the first tells why.
+std::optional<ConnectionMonitor::Event> ConnectionMonitor::tell(std::uint16_t event) {
+  const bool isExplained = fExplained;
+  fExplained = true;
+  switch (event) {
+    case ZMQ_EVENT_CONNECTED:
+      fExplained = false;
+      return std::nullopt;
+    case ZMQ_EVENT_CONNECT_RETRIED:
+      fExplained = false;
+      return isExplained ? std::nullopt : std::optional(Event::NobodyListens);
+    case ZMQ_EVENT_HANDSHAKE_FAILED_AUTH:
+      return Event::KeyRefused;
+    case ZMQ_EVENT_DISCONNECTED:
+      return isExplained ? std::nullopt : std::optional(Event::Closed);
+    default:
+      return Event::HandshakeFailed;
   }
 }
 

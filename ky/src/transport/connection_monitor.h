@@ -1,6 +1,7 @@
 // Hears from ZeroMQ what becomes of a socket's connection.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <zmq.hpp>
@@ -22,8 +23,11 @@ class ConnectionMonitor {
   std::optional<Event> next();
 
  private:
+  std::optional<Event> tell(std::uint16_t event);
+
   zmq::socket_t& fWatched;
   zmq::socket_t fEvents;
+  bool fExplained = false;  // of the attempt under way: why it failed has been told
 };
 
 // For people.
