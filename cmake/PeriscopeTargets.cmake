@@ -46,11 +46,18 @@ function(periscope_test name)
   periscope_target(${name})
   set_target_properties(${name} PROPERTIES AUTOMOC ON)
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} test-support GTest::gtest)
+  set(labels)
+  if(arg_LABELS)
+    set(labels LABELS "${arg_LABELS}")
+  endif()
+  if("threads" IN_LIST arg_LABELS)
+    add_dependencies(thread-tests ${name})
+  endif()
   gtest_discover_tests(${name}
     TEST_PREFIX "${name}."
     DISCOVERY_TIMEOUT 60
     PROPERTIES
       TIMEOUT 120
-      LABELS "${arg_LABELS}"
+      ${labels}
       ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_LOGGING_RULES=*.debug=false;TZ=UTC")
 endfunction()

@@ -1,0 +1,54 @@
+#include "cli/ky_command.h"
+
+#include <CLI/CLI.hpp>
+#include <ostream>
+
+#include "cli/commands.h"
+#include "ky/error.h"
+#include "zu/log.h"
+
+namespace cli {
+namespace {
+
+constexpr const char* kExamples = R"(
+Examples:
+  ky list
+      The modules of the robot on this computer.
+  ky ping --robot 192.168.1.20
+      Whether a robot answers, and how fast.
+  ky call KyMemory.insertData '"greeting"' '["hello", 3, 0.5]'
+      Calls a method; every argument is JSON.
+  ky keys make
+      Makes this computer's keys, for robots that others can reach.
+
+docs/howto/ tells more.)";
+
+}  // namespace
+
+int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
+  zu::log::setConsoleLevel(zu::log::Level::error);
+  CLI::App app("A robot's modules and the keys to it, from a shell.", "ky");
+  app.set_version_flag("--version", std::string("ky ") + KY_CLI_VERSION);
+  app.require_subcommand(0, 1);
+  addKeysCommands(app, out);
+  addRobotCommands(app, out);
+  app.footer(kExamples);  // after the commands, which would inherit it
+  try {
+    app.parse(argc, argv);
+    if (app.get_subcommands().empty()) throw WrongUse("a command is missing, such as 'ky list'");
+    return 0;
+  } catch (const CLI::Success& success) {  // --help, --version
+    return app.exit(success, out, err);
+  } catch (const CLI::ParseError& error) {
+    err << "ky: " << error.what() << "\nTry 'ky --help'.\n";
+    return 2;
+  } catch (const WrongUse& error) {
+    err << "ky: " << error.what() << "\nTry 'ky --help'.\n";
+    return 2;
+  } catch (const Ky::KyError& error) {
+    err << "ky: " << (error.module() == kBrokerName ? error.what() : error.toString()) << "\n";
+    return 1;
+  }
+}
+
+}  // namespace cli

@@ -1,0 +1,190 @@
+#include "cli/ky_command.h"
+
+#include <gtest/gtest.h>
+
+#include <boost/make_shared.hpp>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "ky/broker.h"
+#include "ky/keys.h"
+#include "support/scripted_module.h"
+
+namespace {
+
+struct Result {
+  int code;
+  std::string out;
+  std::string err;
+};
+
+Result ky(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), "ky");
+  std::vector<const char*> argv;
+  argv.reserve(arguments.size());
+  for (const std::string& argument : arguments) argv.push_back(argument.c_str());
+  std::ostringstream out, err;
+  const int code = cli::run(static_cast<int>(argv.size()), argv.data(), out, err);
+  return {code, out.str(), err.str()};
+}
+
+void expectWrongUse(const Result& result, const std::string& complaint) {
+  EXPECT_EQ(result.code, 2);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err, "ky: " + complaint + "\nTry 'ky --help'.\n");
+}
+
+TEST(KyCommand, HelpExplainsEveryCommandAndSucceeds) {
+  const Result result = ky({"--help"});
+  EXPECT_EQ(result.code, 0);
+  for (const char* word : {"keys", "ping", "list", "call", "Examples:"})
+    EXPECT_NE(result.out.find(word), std::string::npos) << word;
+  EXPECT_EQ(ky({"call", "--help"}).code, 0);
+}
+
+TEST(KyCommand, AWrongCommandLineIsExplainedAndExitsWith2) {
+  expectWrongUse(ky({}), "a command is missing, such as 'ky list'");
+  expectWrongUse(ky({"nonsense"}), "The following argument was not expected: nonsense");
+  expectWrongUse(ky({"list", "--nonsense"}), "The following argument was not expected: --nonsense");
+  expectWrongUse(ky({"keys"}), "what about the keys? 'ky keys make', 'show' or 'trust'");
+  expectWrongUse(ky({"call"}), "MODULE.METHOD is required");
+  expectWrongUse(ky({"keys", "trust", "robot"}), "KEY is required");
+}
+
+TEST(KyCommand, AnAddressThatIsNoneIsAWrongCommandLine) {
+  const Result result = ky({"ping", "--robot", "robot:port"});
+  EXPECT_EQ(result.code, 2);
+  EXPECT_NE(result.err.find("--robot: 'robot:port'"), std::string::npos) << result.err;
+}
+
+TEST(KyCommand, AMethodWithoutItsModuleIsAWrongCommandLine) {
+  for (const char* target : {"ping", ".ping", "KyMemory."})
+    expectWrongUse(ky({"call", target}), "'" + std::string(target) + "' is not MODULE.METHOD");
+}
+
+TEST(KyCommand, ARobotThatIsNotThereFailsWith1) {
+  const Result result = ky({"list", "--robot", "127.0.0.1:1"});
+  EXPECT_EQ(result.code, 1);
+  EXPECT_EQ(result.err.find("ky: can't reach the robot at 127.0.0.1:1: "), 0u) << result.err;
+}
+
+class KyCommandOnRobot : public testing::Test {
+ protected:
+  KyCommandOnRobot() {
+    Ky::KyBrokerOptions options;
+    options.name = "robot";
+    options.listen = Ky::KyAddress{"127.0.0.1", 0};
+    fBroker = Ky::KyBroker::create(options);
+    fMemory = Ky::KyModule::createModule<ScriptedModule>(fBroker, "KyMemory", fCalls);
+  }
+  ~KyCommandOnRobot() override { fBroker->shutdown(); }
+
+  Result onRobot(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.end(), {"--robot", fBroker->address().toString()});
+    return ky(arguments);
+  }
+
+  std::shared_ptr<CallList> fCalls = std::make_shared<CallList>();
+  boost::shared_ptr<Ky::KyBroker> fBroker;
+  boost::shared_ptr<ScriptedModule> fMemory;
+};
+
+TEST_F(KyCommandOnRobot, PingSaysWhoAnsweredAndHowFast) {
+  const Result result = onRobot({"ping"});
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_EQ(result.out.find(fBroker->address().toString() + " answered in "), 0u) << result.out;
+  EXPECT_NE(result.out.find(" ms\n"), std::string::npos) << result.out;
+}
+
+TEST_F(KyCommandOnRobot, ListPrintsEveryModuleOnALineOfItsOwn) {
+  const auto other = Ky::KyModule::createModule<ScriptedModule>(fBroker, "Alpha", fCalls);
+  const Result result = onRobot({"list"});
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_NE(("\n" + result.out).find("\nAlpha\nKyMemory\n"), std::string::npos) << result.out;
+}
+
+TEST_F(KyCommandOnRobot, CallPassesJsonOnAndPrintsTheResultAsJson) {
+  fMemory->answer("swap", [](const Ky::KyValue::Array& arguments) {
+    return Ky::KyValue::array({arguments.at(1), arguments.at(0)});
+  });
+  const Result result = onRobot({"call", "KyMemory.swap", "[1, -2.5, \"three\"]", "-4"});
+  EXPECT_EQ(result.code, 0) << result.err;
+  const auto expected = Ky::KyValue::array({-4, Ky::KyValue::array({1, -2.5, "three"})});
+  EXPECT_EQ(result.out, expected.toString() + "\n");
+}
+
+TEST_F(KyCommandOnRobot, CallPrintsTheRobotsErrorAndFailsWith1) {
+  fMemory->answer("getData", [](const Ky::KyValue::Array&) -> Ky::KyValue {
+    throw Ky::KyError("KyMemory", "getData", "there is no key 'x'");
+  });
+  const Result result = onRobot({"call", "KyMemory.getData", "\"x\""});
+  EXPECT_EQ(result.code, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err, "ky: KyMemory.getData: there is no key 'x'\n");
+}
+
+TEST_F(KyCommandOnRobot, CallReachesNothingWhenAnArgumentIsWrong) {
+  fMemory->answer("insertData", Ky::KyValue());
+  expectWrongUse(onRobot({"call", "KyMemory.insertData", "\"key\"", "{}"}),
+                 "'{}': there are no objects, {..}, among the robot's values; use arrays");
+  EXPECT_TRUE(fCalls->calls().empty());
+}
+
+class KyKeysCommand : public testing::Test {
+ protected:
+  KyKeysCommand() {
+    std::string name = (std::filesystem::temp_directory_path() / "ky-keys.XXXXXX").string();
+    fFolder = mkdtemp(name.data());
+  }
+  ~KyKeysCommand() override { std::filesystem::remove_all(fFolder); }
+
+  Result keys(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), "keys");
+    arguments.insert(arguments.end(), {"--keys", (fFolder / "keys").string()});
+    return ky(arguments);
+  }
+
+  std::filesystem::path fFolder;
+};
+
+TEST_F(KyKeysCommand, MakePrintsThePublicKeyAndShowPrintsItAgain) {
+  const Result made = keys({"make"});
+  EXPECT_EQ(made.code, 0) << made.err;
+  const Ky::KyKeyPair pair = Ky::KyKeyStore(fFolder / "keys").own();
+  EXPECT_EQ(made.out, pair.publicKey + "\n");
+  EXPECT_EQ(keys({"show"}).out, made.out);
+}
+
+TEST_F(KyKeysCommand, MakeNeverReplacesKeys) {
+  const Result made = keys({"make"});
+  const Result again = keys({"make"});
+  EXPECT_EQ(again.code, 1);
+  EXPECT_NE(again.err, "");
+  EXPECT_EQ(keys({"show"}).out, made.out);
+}
+
+TEST_F(KyKeysCommand, ShowWithoutKeysFailsAndSaysWhatToDo) {
+  const Result result = keys({"show"});
+  EXPECT_EQ(result.code, 1);
+  EXPECT_NE(result.err.find("ky keys make"), std::string::npos) << result.err;
+}
+
+TEST_F(KyKeysCommand, TrustMakesAPeersKeyKnownUnderItsName) {
+  const std::string key = Ky::KyKeyPair::generate().publicKey;
+  const Result result = keys({"trust", "192.168.1.20:9559", key});
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_EQ(result.out, "The key of 192.168.1.20:9559 is known now.\n");
+  EXPECT_EQ(Ky::KyKeyStore(fFolder / "keys").known("192.168.1.20:9559"), key);
+}
+
+TEST_F(KyKeysCommand, TrustRefusesWhatIsNoKeyOrNoName) {
+  EXPECT_EQ(keys({"trust", "robot", "too short"}).code, 1);
+  EXPECT_EQ(keys({"trust", "../robot", Ky::KyKeyPair::generate().publicKey}).code, 1);
+  EXPECT_FALSE(std::filesystem::exists(fFolder / "keys" / "known" / "robot.public"));
+}
+
+}  // namespace
