@@ -189,18 +189,36 @@ HWY_INLINE Lane byteOf(Lane lanes) {
                                                       hn::LoadDup128(Bytes(), kPlaces)));
 }
 
-// Y0, U, Y1, V to two pixels.
+// Pairs of pixels on their way to their colours.
+struct Pairs {
+  Float first, second;
+  Chrominance chroma;
+};
+
+HWY_INLINE Pairs separated(Lane lanes) {
+  return {luminance(byteOf<0>(lanes)), luminance(byteOf<2>(lanes)),
+          chrominance(byteOf<1>(lanes), byteOf<3>(lanes))};
+}
+
+HWY_INLINE void store(const Pairs& pairs, std::uint8_t* out) {
+  storePairs(colours(pairs.first, pairs.chroma), colours(pairs.second, pairs.chroma), out);
+}
+
+// Y0, U, Y1, V to two pixels. Separates the next pairs while it works on the ones before: one chain
+// of operations alone is longer than what a processor looks ahead.
 std::size_t pairs422Vectors(const std::uint8_t* in, std::size_t pairs, std::uint8_t* out) {
   const std::size_t step = hn::Lanes(Lanes());
+  if (pairs < step) return 0;
   const BlockwiseOrder order;
+  Pairs current = separated(order.load(in));
   std::size_t i = 0;
-  for (; i + step <= pairs; i += step) {
-    const Lane lanes = order.load(in + i * 4);
-    const Chrominance chroma = chrominance(byteOf<1>(lanes), byteOf<3>(lanes));
-    storePairs(colours(luminance(byteOf<0>(lanes)), chroma),
-               colours(luminance(byteOf<2>(lanes)), chroma), out + i * 8);
+  for (; i + 2 * step <= pairs; i += step) {
+    const Pairs next = separated(order.load(in + (i + step) * 4));
+    store(current, out + i * 8);
+    current = next;
   }
-  return i;
+  store(current, out + i * 8);
+  return i + step;
 }
 
 // The second pixel of every pair and the first one of the pair after it, with interpolated
