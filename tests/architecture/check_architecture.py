@@ -40,8 +40,8 @@ URL = re.compile(r"\bhttps?://([^\s/\"'<>)]+)")
 HOSTS = re.compile(r"(^|\.)(zeromq\.org|github\.com|w3\.org|freedesktop\.org|keepachangelog\.com|semver\.org|"
                    r"spdx\.org|example\.(org|com))$")
 # Everything comes from the system's packages.
-DOWNLOAD = re.compile(r"\b(Fetch" r"Content|External" r"Project(?:_Add)?|file\s*\(\s*DOWN" r"LOAD|git c" r"lone http|"
-                      r"curl http|wget http|pip in" r"stall|npm in" r"stall)\b")
+DOWNLOAD = re.compile(r"\b(Fetch[C]ontent|External[P]roject|file\s*\(\s*DOWN[L]OAD|"
+                      r"(?:git clone|curl|wget) [h]ttps?|(?:pip3?|npm|cargo) [i]nstall)\b")
 
 
 def part_of(path):
