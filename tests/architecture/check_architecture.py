@@ -41,7 +41,7 @@ HOSTS = re.compile(r"(^|\.)(zeromq\.org|github\.com|w3\.org|freedesktop\.org|kee
                    r"spdx\.org|example\.(org|com))$")
 # Everything comes from the system's packages.
 DOWNLOAD = re.compile(r"\b(Fetch[C]ontent|External[P]roject|file\s*\(\s*DOWN[L]OAD|"
-                      r"(?:git clone|curl|wget) [h]ttps?|(?:pip3?|npm|cargo) [i]nstall)\b")
+                      r"(?:pip3?|npm|cargo) [i]nstall)\b")
 
 
 def part_of(path):
