@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "command_line.h"
+#include "qt_messages.h"
 #include "scripted_run.h"
 #include "signal_watcher.h"
 #include "window/main_window.h"
@@ -63,6 +64,7 @@ int run(int argc, char** argv) {
           stderr);
       return 1;
     }
+    sendQtMessagesToLog();
     const QApplication application(argc, argv);
     return runWindow(options);
   } catch (const CommandLineError& error) {

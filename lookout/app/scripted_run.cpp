@@ -6,6 +6,7 @@
 
 #include "robots/robot_dock.h"
 #include "window/main_window.h"
+#include "window/robot_area.h"
 #include "zu/log.h"
 
 namespace Lookout {
@@ -41,7 +42,7 @@ void ScriptedRun::saveScreenshot() {
 }
 
 void ScriptedRun::report() {
-  for (RobotDock* dock : fWindow.docks()) {
+  for (RobotDock* dock : fWindow.robots().docks()) {
     if (!dock->session().robot()) continue;
     const quint64 frames = dock->session().framesPainted();
     std::printf("frames painted: %llu, fps shown: %.1f, robot: %s\n",

@@ -75,11 +75,12 @@ QString RobotDock::name() const {
   return (fPluginName + " " + robotName()).trimmed();
 }
 
-QSize RobotDock::missingSize() const {
+QSize RobotDock::wantedSize() const {
   const QWidget* shown = fScroll->widget();
-  if (shown == nullptr) return {0, 0};
-  const QSize wanted = shown->minimumSize().expandedTo(shown->minimumSizeHint());
-  return (wanted - fScroll->size()).expandedTo({0, 0});
+  if (shown == nullptr) return size();
+  const QSize wanted =
+      shown->sizeHint().boundedTo(shown->maximumSize()).expandedTo(shown->minimumSize());
+  return wanted + size() - fPages->size();
 }
 
 void RobotDock::showWidget(QWidget* widget) {

@@ -33,8 +33,8 @@ class RobotDock : public QDockWidget {
   QString robotName() const;
   // "PLUG-IN HOST:PORT"
   QString name() const;
-  // How much larger the dock must be to show its widget whole.
-  QSize missingSize() const;
+  // The size in which it shows its widget whole.
+  QSize wantedSize() const;
 
  signals:
   void widgetShown();

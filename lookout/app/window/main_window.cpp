@@ -5,26 +5,23 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QMessageBox>
-#include <QPushButton>
-#include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
-#include <QVBoxLayout>
-#include <algorithm>
 
 #include "log/log_panel.h"
-#include "lookout/widget_interface.h"
 #include "plugins/plugins_dialog.h"
 #include "robots/connect_dialog.h"
 #include "robots/remembered_robots.h"
 #include "robots/robot_dock.h"
 #include "window/preferences_dialog.h"
+#include "window/robot_area.h"
 #include "window/room.h"
 
 namespace Lookout {
 namespace {
 
-constexpr QSize kDefaultSize(1010, 940);
+// Holds a viewer of 950 x 660 and the log.
+constexpr QSize kDefaultSize(980, 920);
 constexpr int kLogHeight = 130;
 
 }  // namespace
@@ -32,9 +29,7 @@ constexpr int kLogHeight = 130;
 MainWindow::MainWindow(const QString& plugins, QString icons, QWidget* parent)
     : QMainWindow(parent), fIcons(std::move(icons)) {
   setWindowTitle("Lookout");
-  setDockOptions(AnimatedDocks | AllowNestedDocks | AllowTabbedDocks);
-  setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
-  buildHint();
+  buildRobots();
   buildLog();
   fCatalog = std::make_unique<PluginCatalog>(plugins);
   buildMenus();
@@ -43,11 +38,7 @@ MainWindow::MainWindow(const QString& plugins, QString icons, QWidget* parent)
 }
 
 MainWindow::~MainWindow() {
-  // Before the plug-ins go.
-  for (RobotDock* dock : fDocks) {
-    dock->disconnect(this);
-    delete dock;
-  }
+  delete fRobots;  // before the plug-ins
 }
 
 // ---- robots
@@ -61,85 +52,46 @@ void MainWindow::askForRobot() {
 
 RobotDock* MainWindow::connectTo(const Ky::KyAddress& robot) {
   const QString name = QString::fromStdString(robot.toString());
-  for (RobotDock* dock : fDocks)
-    if (dock->robotName() == name) {
-      dock->raise();
-      return dock;
-    }
+  if (RobotDock* present = fRobots->find(name)) {
+    present->raise();
+    return present;
+  }
   const Plugin* plugin = fCatalog->forRobots();
   if (plugin == nullptr) {
     statusBar()->showMessage(fCatalog->error());
     return nullptr;
   }
-  return addDock(*plugin, robot);
+  return dock(*plugin, robot);
 }
 
 RobotDock* MainWindow::open(const Plugin& plugin) {
-  return addDock(plugin, std::nullopt);
+  return dock(plugin, std::nullopt);
 }
 
-RobotDock* MainWindow::addDock(const Plugin& plugin, std::optional<Ky::KyAddress> robot) {
-  auto* dock = new RobotDock(plugin, std::move(robot), fIcons, this);
-  RobotDock* neighbour = nullptr;
-  for (RobotDock* other : fDocks)
-    if (!other->isFloating()) neighbour = other;
-  fDocks.push_back(dock);
-  fHint->hide();
-  fCloseRobot->setEnabled(true);
-  if (neighbour == nullptr)
-    addDockWidget(Qt::TopDockWidgetArea, dock);
-  else if (hasRoomBeside(*this, *neighbour))
-    splitDockWidget(neighbour, dock, Qt::Horizontal);
-  else
-    tabifyDockWidget(neighbour, dock);
-  connect(dock, &RobotDock::closed, this, [this, dock] { forget(dock); });
-  connect(dock, &RobotDock::widgetShown, this, [this, dock] { growFor(*dock); });
-  dock->show();
-  dock->raise();
-  dock->session().start();
-  return dock;
-}
-
-void MainWindow::forget(RobotDock* dock) {
-  std::erase(fDocks, dock);
-  fHint->setVisible(fDocks.empty());
-  fCloseRobot->setEnabled(!fDocks.empty());
-}
-
-void MainWindow::growFor(const RobotDock& dock) {
-  if (dock.isFloating() || isMaximized() || isFullScreen()) return;
-  // Docks take what they show into account only after their next layout.
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-  const QSize wanted = size() + dock.missingSize();
-  resize(wanted.boundedTo(roomOnScreen(*this)).expandedTo(size()));
+RobotDock* MainWindow::dock(const Plugin& plugin, std::optional<Ky::KyAddress> robot) {
+  auto* added = new RobotDock(plugin, std::move(robot), fIcons, fRobots);
+  fRobots->add(added);
+  return added;
 }
 
 void MainWindow::closeCurrentRobot() {
-  if (fDocks.empty()) return;
-  const auto current = std::find_if(fDocks.begin(), fDocks.end(), [](const RobotDock* dock) {
-    return dock->isAncestorOf(QApplication::focusWidget());
-  });
-  (current != fDocks.end() ? *current : fDocks.back())->close();
+  if (RobotDock* current = fRobots->current()) current->close();
 }
 
 // ---- the rest of the window
 
-void MainWindow::buildHint() {
-  fHint = new QWidget(this);
-  fHintText = new QLabel(fHint);
-  fHintText->setTextFormat(Qt::PlainText);
-  fHintText->setAlignment(Qt::AlignCenter);
-  fHintText->setWordWrap(true);
-  auto* button = new QPushButton(tr("Connect to a robot..."), fHint);
-  button->setDefault(true);
-  connect(button, &QPushButton::clicked, this, &MainWindow::askForRobot);
-  auto* layout = new QVBoxLayout(fHint);
-  layout->addStretch(1);
-  layout->addWidget(fHintText);
-  layout->addSpacing(12);
-  layout->addWidget(button, 0, Qt::AlignHCenter);
-  layout->addStretch(1);
-  setCentralWidget(fHint);
+void MainWindow::buildRobots() {
+  fRobots = new RobotArea(this);
+  setCentralWidget(fRobots);
+  connect(fRobots, &RobotArea::connectRequested, this, &MainWindow::askForRobot);
+  connect(fRobots, &RobotArea::roomWanted, this, &MainWindow::grow);
+  connect(fRobots, &RobotArea::changed, this,
+          [this] { fCloseRobot->setEnabled(!fRobots->docks().empty()); });
+}
+
+void MainWindow::grow(const QSize& by) {
+  if (isMaximized() || isFullScreen()) return;
+  resize((size() + by).boundedTo(roomOnScreen(*this)).expandedTo(size()));
 }
 
 void MainWindow::buildLog() {
@@ -152,13 +104,12 @@ void MainWindow::buildLog() {
 
 void MainWindow::showCatalog() {
   const QString error = fCatalog->error();
-  fHintText->setText(error.isEmpty() ? tr("No robot is connected.") : error);
+  fRobots->setHint(error.isEmpty() ? tr("No robot is connected.") : error);
   const auto loaded = fCatalog->loaded().size();
   const auto failed = fCatalog->plugins().size() - loaded;
   QString summary = tr("Plug-ins: %1 loaded").arg(loaded);
   if (failed > 0) summary += tr(", %1 failed: see Help > Plug-ins").arg(failed);
-  fSummary = new QLabel(summary, this);
-  statusBar()->addPermanentWidget(fSummary);
+  statusBar()->addPermanentWidget(new QLabel(summary, this));
 }
 
 void MainWindow::restoreLayout() {

@@ -3,16 +3,15 @@
 
 #include <QMainWindow>
 #include <memory>
-#include <vector>
+#include <optional>
 
 #include "ky/address.h"
 #include "plugins/plugin_catalog.h"
 
-class QLabel;
-
 namespace Lookout {
 
 class LogPanel;
+class RobotArea;
 class RobotDock;
 
 // Holds a dock a robot and the log panel. GUI thread.
@@ -31,7 +30,7 @@ class MainWindow : public QMainWindow {
   RobotDock* open(const Plugin& plugin);
 
   const PluginCatalog& catalog() const { return *fCatalog; }
-  const std::vector<RobotDock*>& docks() const { return fDocks; }
+  const RobotArea& robots() const { return *fRobots; }
   const LogPanel& logPanel() const { return *fLog; }
 
  public slots:
@@ -49,24 +48,20 @@ class MainWindow : public QMainWindow {
   void closeEvent(QCloseEvent* event) override;
 
  private:
+  void buildRobots();
   void buildLog();
   void buildMenus();
-  void buildHint();
   void showCatalog();
   void restoreLayout();
-  RobotDock* addDock(const Plugin& plugin, std::optional<Ky::KyAddress> robot);
-  void forget(RobotDock* dock);
-  void growFor(const RobotDock& dock);
+  RobotDock* dock(const Plugin& plugin, std::optional<Ky::KyAddress> robot);
+  void grow(const QSize& by);
 
   std::unique_ptr<PluginCatalog> fCatalog;  // made when the log listens
   const QString fIcons;
+  RobotArea* fRobots = nullptr;
   LogPanel* fLog = nullptr;
   QDockWidget* fLogDock = nullptr;
-  QWidget* fHint = nullptr;
-  QLabel* fHintText = nullptr;
-  QLabel* fSummary = nullptr;
   QAction* fCloseRobot = nullptr;
-  std::vector<RobotDock*> fDocks;
 };
 
 }  // namespace Lookout

@@ -1,0 +1,115 @@
+#include "window/robot_area.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "window/room.h"
+
+namespace Lookout {
+
+RobotArea::RobotArea(QWidget* parent) : QMainWindow(parent) {
+  setWindowFlags(Qt::Widget);  // a main window makes itself a window
+  setDockOptions(AllowNestedDocks | AllowTabbedDocks);
+  setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
+  buildHint();
+}
+
+RobotArea::~RobotArea() {
+  for (RobotDock* dock : fDocks) {
+    dock->disconnect(this);
+    delete dock;
+  }
+}
+
+void RobotArea::buildHint() {
+  fHint = new QWidget(this);
+  fHintText = new QLabel(fHint);
+  fHintText->setTextFormat(Qt::PlainText);
+  fHintText->setAlignment(Qt::AlignCenter);
+  fHintText->setWordWrap(true);
+  auto* button = new QPushButton(tr("Connect to a robot..."), fHint);
+  button->setDefault(true);
+  connect(button, &QPushButton::clicked, this, &RobotArea::connectRequested);
+  auto* layout = new QVBoxLayout(fHint);
+  layout->addStretch(1);
+  layout->addWidget(fHintText);
+  layout->addSpacing(12);
+  layout->addWidget(button, 0, Qt::AlignHCenter);
+  layout->addStretch(1);
+  setCentralWidget(fHint);
+}
+
+void RobotArea::setHint(const QString& text) {
+  fHintText->setText(text);
+}
+
+void RobotArea::add(RobotDock* dock) {
+  place(dock);
+  fDocks.push_back(dock);
+  fHint->hide();
+  connect(dock, &RobotDock::closed, this, [this, dock] { forget(dock); });
+  connect(dock, &RobotDock::widgetShown, this, [this, dock] { makeRoom(*dock); });
+  dock->show();
+  dock->raise();
+  emit changed();
+  dock->session().start();
+}
+
+void RobotArea::place(RobotDock* dock) {
+  RobotDock* neighbour = nullptr;
+  for (RobotDock* other : fDocks)
+    if (!other->isFloating()) neighbour = other;
+  if (neighbour == nullptr)
+    addDockWidget(Qt::TopDockWidgetArea, dock);
+  else if (hasRoomBeside(*window(), *neighbour))
+    splitDockWidget(neighbour, dock, Qt::Horizontal);
+  else
+    tabifyDockWidget(neighbour, dock);
+}
+
+void RobotArea::makeRoom(const RobotDock& shown) {
+  // What was shown before may still be waiting for its layout.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+  if (shown.isFloating()) return;
+  QSize missing(0, 0);
+  QList<QDockWidget*> docks;
+  QList<int> widths;
+  for (RobotDock* dock : fDocks) {
+    const bool standsAlone = !dock->isFloating() && tabifiedDockWidgets(dock).isEmpty();
+    if (dock != &shown && !standsAlone) continue;
+    const QSize wanted = dock->wantedSize();
+    const QSize more = (wanted - dock->size()).expandedTo({0, 0});
+    missing = QSize(missing.width() + more.width(), std::max(missing.height(), more.height()));
+    docks.append(dock);
+    widths.append(wanted.width());
+  }
+  if (missing == QSize(0, 0)) return;
+  emit roomWanted(missing);
+  resizeDocks(docks, widths, Qt::Horizontal);
+}
+
+void RobotArea::forget(RobotDock* dock) {
+  std::erase(fDocks, dock);
+  fHint->setVisible(fDocks.empty());
+  emit changed();
+}
+
+RobotDock* RobotArea::find(const QString& robotName) const {
+  const auto found = std::find_if(fDocks.begin(), fDocks.end(), [&](const RobotDock* dock) {
+    return dock->robotName() == robotName;
+  });
+  return found != fDocks.end() ? *found : nullptr;
+}
+
+RobotDock* RobotArea::current() const {
+  if (fDocks.empty()) return nullptr;
+  const auto focused = std::find_if(fDocks.begin(), fDocks.end(), [](const RobotDock* dock) {
+    return dock->isAncestorOf(QApplication::focusWidget());
+  });
+  return focused != fDocks.end() ? *focused : fDocks.back();
+}
+
+}  // namespace Lookout
