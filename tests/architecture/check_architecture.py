@@ -37,10 +37,10 @@ TEXT_SUFFIXES = SOURCES | {"", ".md", ".cmake", ".txt", ".json", ".py", ".sh", "
 HOME = re.compile(r"/(?:home|Users)/(?!tam\b)\w+|(?<![\w.~}])/(?:root|work)/")
 URL = re.compile(r"\bhttps?://([^\s/\"'<>)]+)")
 # Hosts that are named for reading; nothing is ever fetched from a host named here.
-HOSTS = re.compile(r"(^|\.)(zeromq\.org|github\.com|w3\.org|freedesktop\.org|keepachangelog\.com|semver\.org|"
-                   r"spdx\.org|example\.(org|com))$")
+HOSTS = re.compile(r"(^|\.)(zeromq\.org|github\.com|w3\.org|freedesktop\.org|"
+                   r"keepachangelog\.com|semver\.org|spdx\.org|example\.(org|com))$")
 # Everything comes from the system's packages.
-DOWNLOAD = re.compile(r"\b(Fetch[C]ontent|External[P]roject|file\s*\(\s*DOWN[L]OAD|"
+DOWNLOAD = re.compile(r"\b(Fetch[C]ontent|External[P]roject\w*|file\s*\(\s*DOWN[L]OAD|"
                       r"(?:pip3?|npm|cargo) [i]nstall)\b")
 
 
