@@ -89,19 +89,19 @@ void VideoSettingsWidget::onCameraSelect(int camera) {
 
   if (fCameraModel == 1) {
     xFollowBox(fAutoGain, kAutoGain);
-    xFollowSlider("Gain (steps of 1/16)", kGain, !xIsOn(kAutoGain));
+    xFollowSlider("Gain (steps of 1/16)", kGain, !fAutoGain->isChecked());
   } else if (fCameraModel == 2) {
     xFollowSlider("Gain", kGain, !xIsOn(kAutoExposition));
   }
 
   xFollowBox(fAutoWhiteBalance, kAutoWhiteBalance);
-  const bool manualWhiteBalance = !xIsOn(kAutoWhiteBalance);
+  const bool manualWhiteBalance = !fAutoWhiteBalance->isChecked();
   xFollowSlider("Blue chroma", kBlueChroma, manualWhiteBalance);
   xFollowSlider("Red chroma", kRedChroma, manualWhiteBalance);
   xFollowSlider("White balance", kWhiteBalance, manualWhiteBalance);
 
   xFollowBox(fAutoExposition, kAutoExposition);
-  xFollowSlider("Exposure", kExposure, !xIsOn(kAutoExposition));
+  xFollowSlider("Exposure", kExposure, !fAutoExposition->isChecked());
 
   xFollowBox(fVerticalFlip, kVerticalFlip);
   xFollowBox(fHorizontalFlip, kHorizontalFlip);

@@ -1,0 +1,39 @@
+// Finds and uses the controls of a panel as a user does.
+#pragma once
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QSlider>
+#include <QTest>
+#include <QWidget>
+#include <string>
+#include <vector>
+
+inline QCheckBox* findBox(const QWidget& panel, const QString& text) {
+  for (QCheckBox* box : panel.findChildren<QCheckBox*>())
+    if (box->text() == text) return box;
+  return nullptr;
+}
+
+inline void click(QCheckBox* box) {
+  QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2));
+}
+
+inline QSlider* findSliderOf(const QWidget& panel, const QString& name) {
+  for (QSlider* slider : panel.findChildren<QSlider*>())
+    if (slider->accessibleName() == name) return slider;
+  return nullptr;
+}
+
+// Drags the handle to a value and lets go of it.
+inline void dragTo(QSlider* slider, int value) {
+  slider->setSliderDown(true);
+  slider->setSliderPosition(value);
+  slider->setSliderDown(false);
+}
+
+// The controls from top to bottom: names of sliders and boxes, "resolution" for the combo box.
+std::vector<std::string> controlsOf(const QWidget& panel);
+
+// Controls that are smaller than they need or that lie partly outside the panel, or over others.
+std::vector<std::string> controlsCutIn(const QWidget& panel);
