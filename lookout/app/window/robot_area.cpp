@@ -54,6 +54,7 @@ void RobotArea::add(RobotDock* dock) {
   connect(dock, &RobotDock::widgetShown, this, [this, dock] { makeRoom(*dock); });
   dock->show();
   dock->raise();
+  resizeDocks({dock}, {width() / static_cast<int>(fDocks.size())}, Qt::Horizontal);
   emit changed();
   dock->session().start();
 }
