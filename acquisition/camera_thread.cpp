@@ -20,6 +20,9 @@ CameraThread::CameraThread(boost::shared_ptr<Module> module, boost::shared_ptr<M
 
 CameraThread::~CameraThread() {
   wait();
+  // What run() has left may be released here. wait() sees to that; this read and the write at the
+  // end of run() tell it to thread checkers, which can't look into Qt.
+  fEnabled.load();
 }
 
 void CameraThread::setEnableGetImage(bool enable) {
@@ -90,4 +93,5 @@ void CameraThread::run() {
   exec();
   // A timer can be stopped in its own thread only.
   fTimer.reset();
+  fEnabled = false;
 }
