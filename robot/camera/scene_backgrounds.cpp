@@ -1,5 +1,6 @@
 #include "robot/camera/scene_backgrounds.h"
 
+#include <algorithm>
 #include <cmath>
 #include <opencv2/imgproc.hpp>
 
@@ -29,11 +30,19 @@ void paintHills(cv::Mat& picture, double height, double swell, double waves, dou
   cv::fillPoly(picture, outline, bgr, cv::LINE_AA);
 }
 
+// A sun or moon whose light fades out over `glow` pixels around it.
 void paintDisc(cv::Mat& picture, cv::Point centre, int radius, cv::Scalar bgr, int glow) {
-  cv::Mat shine(picture.size(), CV_8UC3, cv::Scalar::all(0));
-  cv::circle(shine, centre, radius + glow / 2, bgr * 0.35, cv::FILLED);
-  cv::GaussianBlur(shine, shine, {}, glow / 2.0);
-  picture += shine;
+  const int reach = radius + glow;
+  const cv::Rect box = cv::Rect(centre.x - reach, centre.y - reach, 2 * reach, 2 * reach) &
+                       cv::Rect({0, 0}, picture.size());
+  for (int y = box.y; y < box.br().y; ++y)
+    for (int x = box.x; x < box.br().x; ++x) {
+      const double beyond = std::hypot(x - centre.x, y - centre.y) - radius;
+      const double light = std::pow(std::clamp(1 - beyond / glow, 0.0, 1.0), 2) * 0.5;
+      auto& pixel = picture.at<cv::Vec3b>(y, x);
+      for (int i = 0; i < 3; ++i)
+        pixel[i] = cv::saturate_cast<std::uint8_t>(pixel[i] + light * (bgr[i] - pixel[i]));
+    }
   cv::circle(picture, centre, radius, bgr, cv::FILLED, cv::LINE_AA);
 }
 
@@ -79,7 +88,7 @@ void paintStars(cv::Mat& picture, cv::RNG& random) {
 cv::Mat paintCountry(cv::Size size) {
   cv::Mat picture(size, CV_8UC3, cv::Scalar(90, 160, 110));
   paintSky(picture, {214, 150, 78}, {236, 224, 200}, 0.72);
-  paintDisc(picture, {size.width * 4 / 5, size.height / 5}, 56, {170, 236, 255}, 90);
+  paintDisc(picture, {size.width * 4 / 5, size.height / 5}, 56, {170, 236, 255}, 190);
   paintHills(picture, 0.60, 0.045, 1.3, 0.10, {190, 170, 132});
   paintHills(picture, 0.67, 0.035, 1.7, 0.55, {146, 164, 104});
   paintHills(picture, 0.76, 0.020, 1.1, 0.30, {92, 168, 98});
@@ -98,7 +107,7 @@ cv::Mat paintTown(cv::Size size) {
   cv::Mat picture(size, CV_8UC3, cv::Scalar(48, 40, 36));
   paintSky(picture, {58, 26, 18}, {132, 72, 92}, 0.86);
   paintStars(picture, random);
-  paintDisc(picture, {size.width * 5 / 6, size.height / 6}, 48, {214, 236, 244}, 80);
+  paintDisc(picture, {size.width * 5 / 6, size.height / 6}, 48, {214, 236, 244}, 150);
   const int street = cvRound(size.height * 0.86);
   for (int x = -20; x < size.width; x += 118) {
     const int height = random.uniform(250, 450);
