@@ -198,6 +198,18 @@ INSTANTIATE_TEST_SUITE_P(Frames, PictureOf,
 TEST_F(View, ScalesWithoutSmoothing) {
   setFrame(640, 480, 0xff000000);
   QImage frame(fModel->fImageData, 640, 480, QImage::Format_ARGB32);
+  QPainter painter(&frame);
+  for (int x = 0; x < 640; x += 2) painter.fillRect(x, 0, 1, 480, Qt::white);
+  painter.end();
+  // Every second column of the frame, not the grey between two of them.
+  const QImage image = shot();
+  EXPECT_TRUE(isPlain(image, box(160, 120, 479, 359), image.pixel(160, 120)));
+  EXPECT_TRUE(image.pixel(160, 120) == 0xff000000 || image.pixel(160, 120) == 0xffffffff);
+}
+
+TEST_F(View, ScalesWithoutMovingThings) {
+  setFrame(640, 480, 0xff000000);
+  QImage frame(fModel->fImageData, 640, 480, QImage::Format_ARGB32);
   QPainter(&frame).fillRect(320, 0, 320, 480, Qt::white);
   const QImage image = shot();
   EXPECT_TRUE(isPlain(image, box(160, 120, 319, 359), 0xff000000));
