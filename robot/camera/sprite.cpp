@@ -28,6 +28,7 @@ void Sprite::Brush::ellipse(cv::Point2d centre, cv::Size2d radii, cv::Scalar bgr
 
 void Sprite::Brush::polygon(const std::vector<cv::Point2d>& corners, cv::Scalar bgr) {
   std::vector<cv::Point> points;
+  points.reserve(corners.size());
   for (const auto& corner : corners) points.push_back(fine(corner));
   cv::fillPoly(fColor, points, bgr);
   cv::fillPoly(fCover, points, cv::Scalar::all(255));

@@ -130,11 +130,10 @@ boost::shared_ptr<T> KyModule::createModule(boost::shared_ptr<KyBroker> broker,
   module->initModule();
   try {
     module->init();
-  } catch (const KyError& error) {
-    const KyError copy = error;
+  } catch (const KyError&) {
     module->exit();
     broker->unregisterModule(module->getName());
-    throw copy;
+    throw;
   }
   return module;
 }

@@ -69,7 +69,7 @@ void LocalModules::release(std::shared_ptr<Entry> entry) {
   entry->module->stop();
 }
 
-bool LocalModules::call(LocalCall call, std::function<void(Outcome)> done) {
+bool LocalModules::call(LocalCall call, const std::function<void(Outcome)>& done) {
   const auto entry = find(call.module);
   if (!entry) return false;
   if (entry->queue.isCurrentThread()) {

@@ -42,7 +42,7 @@ class LocalModules {
 
   // Has the module called on its call thread, or on this one if that is it; `done` is called once,
   // on whatever thread. False when there is no such module.
-  bool call(LocalCall call, std::function<void(Outcome)> done);
+  bool call(LocalCall call, const std::function<void(Outcome)>& done);
   // Tells every module.
   void peerLeft(const KyPeer& peer);
 
