@@ -13,10 +13,10 @@ FilmSource::FilmSource(std::string path) : fPath(std::move(path)) {
 void FilmSource::open() {
   std::error_code ignored;
   if (!std::filesystem::exists(fPath, ignored)) throw Ky::KyError("\"" + fPath + "\" is gone");
-  if (!fCapture.open(fPath) || !fCapture.grab())
+  if (!fCapture.open(fPath, cv::CAP_FFMPEG) || !fCapture.grab())
     throw Ky::KyError("\"" + fPath +
                       "\" is no film that can be read; is it complete, and may it be read?");
-  fCapture.open(fPath);  // from its first picture again
+  fCapture.open(fPath, cv::CAP_FFMPEG);  // from its first picture again
   const double rate = fCapture.get(cv::CAP_PROP_FPS);
   fRate = rate >= 0.1 && rate <= 120 ? rate : 25;
 }
