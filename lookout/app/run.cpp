@@ -32,8 +32,11 @@ QString iconFolder(const QString& asked) {
 
 int runWindow(const CommandLine& options) {
   const QString standard = PluginCatalog::standardFolder(QCoreApplication::applicationDirPath());
+  // A script's picture depends on nothing that was done before.
+  const bool isScripted = options.quitAfter || !options.screenshot.isEmpty();
   MainWindow window(options.plugins.isEmpty() ? standard : options.plugins,
-                    iconFolder(options.resources));
+                    iconFolder(options.resources),
+                    isScripted ? MainWindow::Layout::Standard : MainWindow::Layout::Remembered);
   ScriptedRun script(window, options);
   const SignalWatcher signalWatcher;
   QObject::connect(&signalWatcher, &SignalWatcher::stopRequested, &window, &QWidget::close);

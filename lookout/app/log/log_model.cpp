@@ -30,10 +30,10 @@ LogModel::LogModel(int capacity, QObject* parent)
 }
 
 void LogModel::append(const std::vector<zu::log::Record>& records) {
-  for (const auto& record : records) append(record);
+  for (const auto& record : records) add(record);
 }
 
-void LogModel::append(const zu::log::Record& record) {
+void LogModel::add(const zu::log::Record& record) {
   if (repeatsLast(record)) {
     Line& last = fLines.back();
     last.record = record;

@@ -37,7 +37,7 @@ class LogModel : public QAbstractTableModel {
     int count = 1;
   };
 
-  void append(const zu::log::Record& record);
+  void add(const zu::log::Record& record);
   bool repeatsLast(const zu::log::Record& record) const;
   QString text(const Line& line, int column) const;
 

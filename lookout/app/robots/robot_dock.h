@@ -28,7 +28,7 @@ class RobotDock : public QDockWidget {
             QWidget* parent = nullptr);
   ~RobotDock() override;
 
-  RobotSession& session() { return *fSession; }
+  RobotSession& session() const { return *fSession; }
   // "HOST:PORT"; empty without a robot.
   QString robotName() const;
   // "PLUG-IN HOST:PORT"

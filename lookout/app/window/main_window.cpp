@@ -26,8 +26,8 @@ constexpr int kLogHeight = 130;
 
 }  // namespace
 
-MainWindow::MainWindow(const QString& plugins, QString icons, QWidget* parent)
-    : QMainWindow(parent), fIcons(std::move(icons)) {
+MainWindow::MainWindow(const QString& plugins, QString icons, Layout layout, QWidget* parent)
+    : QMainWindow(parent), fIcons(std::move(icons)), fLayout(layout) {
   setWindowTitle("Lookout");
   buildRobots();
   buildLog();
@@ -115,16 +115,22 @@ void MainWindow::showCatalog() {
 void MainWindow::restoreLayout() {
   resize(kDefaultSize.boundedTo(roomOnScreen(*this)));
   resizeDocks({fLogDock}, {kLogHeight}, Qt::Vertical);
+  if (fLayout == Layout::Standard) return;
   const QSettings settings;
   restoreGeometry(settings.value("Window/geometry").toByteArray());
   restoreState(settings.value("Window/state").toByteArray());
 }
 
-void MainWindow::closeEvent(QCloseEvent* event) {
-  emit closing();
+void MainWindow::saveLayout() const {
+  if (fLayout == Layout::Standard) return;
   QSettings settings;
   settings.setValue("Window/geometry", saveGeometry());
   settings.setValue("Window/state", saveState());
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  emit closing();
+  saveLayout();
   // The robots end with this object: now one of their dialogs may still be open.
   event->accept();
 }

@@ -19,8 +19,12 @@ class MainWindow : public QMainWindow {
   Q_OBJECT
 
  public:
+  // Whether the window stands where it stood last time, and is remembered for the next time.
+  enum class Layout { Remembered, Standard };
+
   // Loads the plug-ins of a folder; `icons` ends with a slash and is handed to them.
-  MainWindow(const QString& plugins, QString icons, QWidget* parent = nullptr);
+  MainWindow(const QString& plugins, QString icons, Layout layout = Layout::Remembered,
+             QWidget* parent = nullptr);
   ~MainWindow() override;
 
   // Docks a robot and returns at once; the connection is made later. A robot that is docked
@@ -53,11 +57,13 @@ class MainWindow : public QMainWindow {
   void buildMenus();
   void showCatalog();
   void restoreLayout();
+  void saveLayout() const;
   RobotDock* dock(const Plugin& plugin, std::optional<Ky::KyAddress> robot);
   void grow(const QSize& by);
 
   std::unique_ptr<PluginCatalog> fCatalog;  // made when the log listens
   const QString fIcons;
+  const Layout fLayout;
   RobotArea* fRobots = nullptr;
   LogPanel* fLog = nullptr;
   QDockWidget* fLogDock = nullptr;

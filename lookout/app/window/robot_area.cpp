@@ -75,20 +75,25 @@ void RobotArea::makeRoom(const RobotDock& shown) {
   // What was shown before may still be waiting for its layout.
   QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
   if (shown.isFloating()) return;
-  QSize missing(0, 0);
   QList<QDockWidget*> docks;
-  QList<int> widths;
+  QSize missing(0, 0);
+  int wantedWidth = 0;
   for (RobotDock* dock : fDocks) {
     const bool standsAlone = !dock->isFloating() && tabifiedDockWidgets(dock).isEmpty();
     if (dock != &shown && !standsAlone) continue;
+    docks.append(dock);
     const QSize wanted = dock->wantedSize();
     const QSize more = (wanted - dock->size()).expandedTo({0, 0});
     missing = QSize(missing.width() + more.width(), std::max(missing.height(), more.height()));
-    docks.append(dock);
-    widths.append(wanted.width());
+    wantedWidth += wanted.width();
   }
   if (missing == QSize(0, 0)) return;
   emit roomWanted(missing);
+  // What nobody needs is shared evenly.
+  const int spare = (width() - wantedWidth) / static_cast<int>(docks.size());
+  QList<int> widths;
+  for (const QDockWidget* dock : docks)
+    widths.append(static_cast<const RobotDock*>(dock)->wantedSize().width() + spare);
   resizeDocks(docks, widths, Qt::Horizontal);
 }
 
@@ -100,7 +105,7 @@ void RobotArea::forget(RobotDock* dock) {
 
 RobotDock* RobotArea::find(const QString& robotName) const {
   const auto found = std::find_if(fDocks.begin(), fDocks.end(), [&](const RobotDock* dock) {
-    return dock->robotName() == robotName;
+    return dock->robotName() == robotName && dock->session().state() != RobotSession::State::Closed;
   });
   return found != fDocks.end() ? *found : nullptr;
 }

@@ -1,0 +1,90 @@
+#include "command_line.h"
+
+#include <gtest/gtest.h>
+
+#include <QTemporaryDir>
+
+using Lookout::CommandLine;
+using Lookout::CommandLineError;
+
+namespace {
+
+CommandLine parse(QStringList arguments) {
+  return Lookout::parseCommandLine(QStringList{"lookout"} + arguments);
+}
+
+std::string errorOf(const QStringList& arguments) {
+  try {
+    parse(arguments);
+    return "no error";
+  } catch (const CommandLineError& error) {
+    const std::string text = error.what();
+    const std::string hint = "\nTry 'lookout --help'.";
+    EXPECT_TRUE(text.ends_with(hint)) << text;
+    return text.substr(0, text.size() - hint.size());
+  }
+}
+
+}  // namespace
+
+TEST(CommandLine, AsksForNothingByDefault) {
+  const CommandLine options = parse({});
+  EXPECT_TRUE(options.robots.empty());
+  EXPECT_FALSE(options.play);
+  EXPECT_FALSE(options.report);
+  EXPECT_FALSE(options.quitAfter);
+  EXPECT_TRUE(options.screenshot.isEmpty());
+  EXPECT_TRUE(options.answer.isEmpty());
+}
+
+TEST(CommandLine, TakesEverythingAtOnce) {
+  const QTemporaryDir folder;
+  const CommandLine options =
+      parse({"--robot", "127.0.0.1:9559", "--robot=tam", "--robot", "[::1]:4", "--play", "--report",
+             "--screenshot", folder.filePath("a.png"), "--quit-after", "1.5", "--plugins",
+             folder.path(), "--resources", folder.path()});
+  EXPECT_EQ(options.robots,
+            (std::vector<Ky::KyAddress>{{"127.0.0.1", 9559}, {"tam", 9559}, {"::1", 4}}));
+  EXPECT_TRUE(options.play);
+  EXPECT_TRUE(options.report);
+  EXPECT_EQ(options.screenshot, folder.filePath("a.png"));
+  EXPECT_EQ(options.quitAfter, 1.5);
+  EXPECT_EQ(options.plugins, folder.path());
+  EXPECT_EQ(options.resources, folder.path());
+}
+
+TEST(CommandLine, ExplainsItselfWithExamples) {
+  const QString help = parse({"--help"}).answer;
+  for (const char* word : {"--robot", "--play", "--screenshot", "--quit-after", "--plugins",
+                           "--resources", "--report", "Examples:"})
+    EXPECT_TRUE(help.contains(word)) << word;
+  EXPECT_TRUE(parse({"--version"}).answer.startsWith("lookout "));
+}
+
+TEST(CommandLine, RefusesWhatItDoesNotKnow) {
+  EXPECT_EQ(errorOf({"--robt"}), "Unknown option 'robt'.");
+  EXPECT_EQ(errorOf({"--robot"}), "Missing value after '--robot'.");
+  EXPECT_EQ(errorOf({"127.0.0.1"}), "'127.0.0.1' is no option; robots are given with --robot");
+}
+
+TEST(CommandLine, RefusesAddressesThatAreNone) {
+  EXPECT_EQ(errorOf({"--robot", "tam:x"}),
+            "--robot: 'tam:x' is no address: 'x' is no port from 0 to 65535");
+  EXPECT_EQ(errorOf({"--robot", ""}), "--robot: Type the robot's name or IP address.");
+  EXPECT_NE(errorOf({"--robot", "tam:0"}), "no error");
+  EXPECT_NE(errorOf({"--robot", "tam:65536"}), "no error");
+}
+
+TEST(CommandLine, RefusesNumbersThatAreNone) {
+  for (const char* text : {"soon", "-1", "nan", "inf", "1e9", ""})
+    EXPECT_EQ(errorOf({"--quit-after", text}), std::string("--quit-after: '") + text +
+                                                   "' is no number of seconds from 0 to 1000000");
+}
+
+TEST(CommandLine, RefusesFoldersThatDoNotExist) {
+  EXPECT_EQ(errorOf({"--plugins", "/no/such"}), "--plugins: there is no folder '/no/such'");
+  EXPECT_EQ(errorOf({"--resources", "/no/such"}), "--resources: there is no folder '/no/such'");
+  EXPECT_EQ(errorOf({"--screenshot", "/no/such/a.png"}),
+            "--screenshot: there is no folder '/no/such'");
+  EXPECT_EQ(errorOf({"--screenshot", "/"}), "--screenshot: '/' is no file name");
+}

@@ -1,0 +1,111 @@
+// The program as people and scripts start it.
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QTemporaryDir>
+#include <csignal>
+
+#include "support/process.h"
+#include "tcp_robot.h"
+
+namespace {
+
+// Starts lookout with settings of its own and without a display.
+class Program : public Process {
+ public:
+  explicit Program(const std::vector<std::string>& arguments, Environment environment = {})
+      : Program(std::make_unique<QTemporaryDir>(), arguments, std::move(environment)) {}
+
+ private:
+  Program(std::unique_ptr<QTemporaryDir> home, const std::vector<std::string>& arguments,
+          Environment environment)
+      : Process(LOOKOUT, arguments, with(*home, std::move(environment))), fHome(std::move(home)) {}
+  static Environment with(const QTemporaryDir& home, Environment environment) {
+    environment["XDG_CONFIG_HOME"] = home.path().toStdString();
+    environment.emplace("QT_QPA_PLATFORM", "offscreen");
+    return environment;
+  }
+
+  std::unique_ptr<QTemporaryDir> fHome;
+};
+
+}  // namespace
+
+TEST(Lookout, AnswersAWrongCommandLineWithAnErrorAndCode2) {
+  for (const std::vector<std::string>& arguments :
+       std::vector<std::vector<std::string>>{{"--robt"},
+                                             {"--robot", "a:b"},
+                                             {"--quit-after", "soon"},
+                                             {"stray"},
+                                             {"--plugins", "/no/such"}}) {
+    Program lookout(arguments);
+    EXPECT_EQ(lookout.waitForExit(), 2) << arguments[0];
+    EXPECT_TRUE(lookout.errors().starts_with("lookout: ")) << lookout.errors();
+    EXPECT_NE(lookout.errors().find("Try 'lookout --help'."), std::string::npos);
+    EXPECT_TRUE(lookout.output().empty());
+  }
+}
+
+TEST(Lookout, ExplainsItselfWithoutADisplay) {
+  Program lookout({"--help"}, {{"QT_QPA_PLATFORM", ""}, {"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}});
+  EXPECT_EQ(lookout.waitForExit(), 0);
+  EXPECT_NE(lookout.output().find("Examples:"), std::string::npos);
+}
+
+TEST(Lookout, SaysThatItNeedsADisplay) {
+  Program lookout({}, {{"QT_QPA_PLATFORM", ""}, {"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}});
+  EXPECT_EQ(lookout.waitForExit(), 1);
+  EXPECT_NE(lookout.errors().find("there is no display"), std::string::npos);
+}
+
+TEST(Lookout, SavesAPictureOfTheWindowAndReports) {
+  const TcpRobot robot;
+  const QTemporaryDir folder;
+  const QString file = folder.filePath("window.png");
+  Program lookout({"--plugins", FIXTURES "/good", "--robot", robot.address().toString(), "--report",
+                   "--screenshot", file.toStdString(), "--quit-after", "1"});
+  EXPECT_EQ(lookout.waitForExit(), 0) << lookout.errors();
+  EXPECT_EQ(lookout.output(),
+            "frames painted: 0, fps shown: 0.0, robot: " + robot.address().toString() + "\n");
+  const QImage picture(file, "PNG");
+  EXPECT_GE(picture.width(), 950);
+  EXPECT_GE(picture.height(), 660);
+}
+
+TEST(Lookout, FailsWhenARobotThatWasToPlayPaintedNothing) {
+  Program lookout({"--plugins", FIXTURES "/good", "--robot", "127.0.0.1:1", "--play", "--report",
+                   "--quit-after", "0.1"});
+  EXPECT_EQ(lookout.waitForExit(), 1);
+  EXPECT_EQ(lookout.output(), "frames painted: 0, fps shown: 0.0, robot: 127.0.0.1:1\n");
+}
+
+TEST(Lookout, FailsWhenNoPluginShowsRobots) {
+  Program lookout({"--plugins", FIXTURES "/broken", "--robot", "127.0.0.1:1", "--quit-after", "0"});
+  EXPECT_EQ(lookout.waitForExit(), 1);
+  EXPECT_NE(lookout.errors().find("functionThatNobodyDefines"), std::string::npos);
+}
+
+TEST(Lookout, FailsWhenThePictureCannotBeWritten) {
+  const QTemporaryDir folder;
+  const std::string file = folder.filePath(QString(300, 'x') + ".png").toStdString();
+  Program lookout({"--plugins", FIXTURES "/good", "--screenshot", file, "--quit-after", "0"});
+  EXPECT_EQ(lookout.waitForExit(), 1);
+  EXPECT_NE(lookout.errors().find("cannot write"), std::string::npos);
+}
+
+TEST(Lookout, QuitsCleanlyOnCtrlC) {
+  TcpRobot robot;
+  Program lookout(
+      {"--plugins", FIXTURES "/good", "--robot", robot.address().toString(), "--report"});
+  ASSERT_TRUE(lookout.waitForErrorLine("connected to ")) << lookout.errors();
+  lookout.signal(SIGINT);
+  EXPECT_EQ(lookout.waitForExit(), 0);
+  EXPECT_FALSE(lookout.output().empty());
+}
+
+TEST(Lookout, QuitsCleanlyWhileItIsStillConnecting) {
+  Program lookout({"--plugins", FIXTURES "/good", "--robot", "127.0.0.1:1"});
+  ASSERT_TRUE(lookout.waitForErrorLine("nobody listens there")) << lookout.errors();
+  lookout.signal(SIGTERM);
+  EXPECT_EQ(lookout.waitForExit(), 0);
+}

@@ -1,0 +1,357 @@
+#include "robots/robot_session.h"
+
+#include <gtest/gtest.h>
+
+#include <QDialog>
+#include <QEventLoop>
+#include <QSignalSpy>
+#include <QTimer>
+
+#include "support/log_capture.h"
+#include "support/wait.h"
+#include "tcp_robot.h"
+#include "test_plugin.h"
+
+using Lookout::RobotSession;
+using State = RobotSession::State;
+
+namespace {
+
+struct Session {
+  explicit Session(std::optional<Ky::KyAddress> robot) : session(plugin, robot, "/icons/", home) {
+    session.start();
+  }
+  bool waitFor(State state) {
+    return waitUntil([&] { return session.state() == state; });
+  }
+
+  QWidget home;
+  TestPlugin plugin;
+  RobotSession session;
+};
+
+Ky::KyAddress nobodyListensThere() {
+  TcpRobot robot;
+  return robot.address();
+}
+
+}  // namespace
+
+TEST(RobotSession, AsksThePluginForAWidgetWhenTheRobotAnswers) {
+  TcpRobot robot;
+  Session on(robot.address());
+  EXPECT_EQ(on.session.state(), State::Connecting);
+  EXPECT_TRUE(on.plugin.events.isEmpty());
+
+  ASSERT_TRUE(on.waitFor(State::Connected));
+  EXPECT_EQ(on.plugin.events, QStringList{"getWidget"});
+  EXPECT_EQ(on.session.widget(), on.plugin.latest());
+  EXPECT_EQ(on.session.widget()->parentWidget(), &on.home);
+  EXPECT_EQ(on.plugin.icons, "/icons/");
+  EXPECT_TRUE(on.session.problem().isEmpty());
+}
+
+TEST(RobotSession, AnnouncesTheWidgetBeforeItSaysConnected) {
+  TcpRobot robot;
+  QWidget home;
+  TestPlugin plugin;
+  RobotSession session(plugin, robot.address(), "", home);
+  QStringList order;
+  QObject::connect(&session, &RobotSession::widgetMade, [&] { order << "widget"; });
+  QObject::connect(&session, &RobotSession::changed, [&] {
+    if (session.state() == State::Connected) order << "connected";
+  });
+  session.start();
+  ASSERT_TRUE(waitUntil([&] { return order.size() == 2; }));
+  EXPECT_EQ(order, (QStringList{"widget", "connected"}));
+}
+
+TEST(RobotSession, SaysWhyItIsStillConnecting) {
+  Session on(nobodyListensThere());
+  ASSERT_TRUE(waitUntil([&] { return on.session.problem().contains("nobody listens there"); }));
+  EXPECT_EQ(on.session.state(), State::Connecting);
+  EXPECT_TRUE(on.plugin.events.isEmpty());
+}
+
+TEST(RobotSession, ConnectsWhenTheRobotIsSwitchedOnLater) {
+  TcpRobot robot;
+  robot.stop();
+  Session on(robot.address());
+  ASSERT_TRUE(waitUntil([&] { return !on.session.problem().isEmpty(); }));
+  robot.start();
+  EXPECT_TRUE(on.waitFor(State::Connected));
+}
+
+TEST(RobotSession, PlaysEachWidgetFromTheStartWhenToldSoBefore) {
+  TcpRobot robot;
+  Session on(robot.address());
+  on.session.setPlaying(true);
+  ASSERT_TRUE(on.waitFor(State::Connected));
+  EXPECT_TRUE(on.plugin.latest()->isPlaying());
+  EXPECT_EQ(on.session.shownFrameRate(), 12.5);
+}
+
+TEST(RobotSession, TellsTheWidgetOfALossAndKeepsItsPicture) {
+  TcpRobot robot;
+  Session on(robot.address());
+  ASSERT_TRUE(on.waitFor(State::Connected));
+  QWidget* widget = on.session.widget();
+  QSignalSpy disconnected(widget, SIGNAL(disconnected(WidgetInterface*)));
+
+  robot.stop();
+  ASSERT_TRUE(on.waitFor(State::Lost));
+  EXPECT_FALSE(on.session.problem().isEmpty());
+  EXPECT_EQ(on.session.widget(), widget);
+  ASSERT_EQ(disconnected.count(), 1);
+  EXPECT_EQ(on.session.shownFrameRate(), 0);
+}
+
+TEST(RobotSession, GetsANewWidgetWhenTheRobotIsBackAndGoesOnPlaying) {
+  TcpRobot robot;
+  Session on(robot.address());
+  ASSERT_TRUE(on.waitFor(State::Connected));
+  on.plugin.latest()->setPlaying(true);  // the user, in the widget
+  on.plugin.latest()->frames = 7;
+  robot.stop();
+  ASSERT_TRUE(on.waitFor(State::Lost));
+  on.plugin.events.clear();
+
+  robot.start();
+  ASSERT_TRUE(on.waitFor(State::Connected));
+  // The old widget goes while its broker is still there.
+  EXPECT_EQ(on.plugin.events, (QStringList{"deleted", "getWidget"}));
+  ASSERT_EQ(on.plugin.brokers.size(), 2u);
+  EXPECT_EQ(on.plugin.brokers[0]->connection(), Ky::KyConnection::Closed);
+  EXPECT_EQ(on.plugin.brokers[1]->connection(), Ky::KyConnection::Connected);
+  EXPECT_TRUE(on.plugin.latest()->isPlaying());
+  on.plugin.latest()->frames = 3;
+  EXPECT_EQ(on.session.framesPainted(), 10u);
+}
+
+TEST(RobotSession, StaysPausedAfterALossWhenItWasPausedBefore) {
+  TcpRobot robot;
+  Session on(robot.address());
+  on.session.setPlaying(true);
+  ASSERT_TRUE(on.waitFor(State::Connected));
+  on.plugin.latest()->setPlaying(false);
+  robot.stop();
+  ASSERT_TRUE(on.waitFor(State::Lost));
+  robot.start();
+  ASSERT_TRUE(on.waitFor(State::Connected));
+  EXPECT_FALSE(on.plugin.latest()->isPlaying());
+}
+
+TEST(RobotSession, SurvivesLossAfterLoss) {
+  TcpRobot robot;
+  Session on(robot.address());
+  for (int i = 0; i < 2; ++i) {
+    ASSERT_TRUE(on.waitFor(State::Connected));
+    robot.stop();
+    ASSERT_TRUE(on.waitFor(State::Lost));
+    robot.start();
+  }
+  ASSERT_TRUE(on.waitFor(State::Connected));
+  EXPECT_EQ(on.plugin.events.count("getWidget"), 3);
+  EXPECT_EQ(on.plugin.events.count("disconnected"), 2);
+  EXPECT_EQ(on.plugin.events.count("deleted"), 2);
+}
+
+TEST(RobotSession, ShowsWhyAPluginFailsAndTriesAgain) {
+  TcpRobot robot;
+  LogCapture log;
+  QWidget home;
+  TestPlugin plugin;
+  plugin.failure = "no camera here";
+  RobotSession session(plugin, robot.address(), "", home);
+  session.start();
+  ASSERT_TRUE(waitUntil([&] { return session.problem() == "no camera here"; }));
+  EXPECT_EQ(session.state(), State::Connecting);
+  EXPECT_EQ(session.widget(), nullptr);
+  EXPECT_EQ(plugin.brokers.front()->connection(), Ky::KyConnection::Closed);
+  EXPECT_EQ(log.lines("lookout"),
+            std::vector<std::string>{"error session: " + robot.address().toString() +
+                                     ": no camera here"});
+  plugin.failure.clear();
+  ASSERT_TRUE(waitUntil([&] { return session.state() == State::Connected; }));
+  EXPECT_TRUE(session.problem().isEmpty());
+}
+
+TEST(RobotSession, SurvivesWhateverAPluginThrowsOrReturns) {
+  TcpRobot robot;
+  QWidget home;
+  TestPlugin plugin;
+  plugin.throwsNumber = true;
+  RobotSession session(plugin, robot.address(), "", home);
+  session.start();
+  ASSERT_TRUE(
+      waitUntil([&] { return session.problem() == "the plug-in failed and did not say why"; }));
+  plugin.throwsNumber = false;
+  plugin.makesNothing = true;
+  ASSERT_TRUE(waitUntil([&] { return session.problem() == "the plug-in made no widget"; }));
+  plugin.makesNothing = false;
+  EXPECT_TRUE(waitUntil([&] { return session.state() == State::Connected; }));
+}
+
+TEST(RobotSession, FailsAndRecoversAfterALoss) {
+  TcpRobot robot;
+  Session on(robot.address());
+  on.session.setPlaying(true);
+  ASSERT_TRUE(on.waitFor(State::Connected));
+  on.plugin.failure = "still booting";
+  robot.stop();
+  ASSERT_TRUE(on.waitFor(State::Lost));
+  robot.start();
+  ASSERT_TRUE(waitUntil([&] { return on.session.problem() == "still booting"; }));
+  EXPECT_EQ(on.session.widget(), nullptr);
+  on.plugin.failure.clear();
+  ASSERT_TRUE(on.waitFor(State::Connected));
+  EXPECT_TRUE(on.plugin.latest()->isPlaying());
+}
+
+TEST(RobotSession, WatchesTheRobotItselfForAPluginWithoutABroker) {
+  TcpRobot robot;
+  QWidget home;
+  TestPlugin plugin;
+  plugin.opensBroker = false;
+  RobotSession session(plugin, robot.address(), "", home);
+  session.start();
+  ASSERT_TRUE(waitUntil([&] { return session.state() == State::Connected; }));
+  EXPECT_GT(session.statistics().bytesIn, 0u);
+  robot.stop();
+  ASSERT_TRUE(waitUntil([&] { return session.state() == State::Lost; }));
+  robot.start();
+  ASSERT_TRUE(waitUntil([&] { return session.state() == State::Connected; }));
+  EXPECT_EQ(plugin.events.count("getWidget"), 2);
+}
+
+TEST(RobotSession, MakesTheWidgetWithoutARobotWhenNoneIsNeeded) {
+  QWidget home;
+  TestPlugin plugin;
+  plugin.opensBroker = false;
+  RobotSession session(plugin, std::nullopt, "", home);
+  session.start();
+  ASSERT_TRUE(waitUntil([&] { return session.state() == State::Connected; }));
+  EXPECT_EQ(session.statistics().bytesIn, 0u);
+}
+
+TEST(RobotSession, CountsTheBytesOfTheWidgetsConnection) {
+  TcpRobot robot;
+  Session on(robot.address());
+  ASSERT_TRUE(on.waitFor(State::Connected));
+  EXPECT_TRUE(waitUntil([&] { return on.session.statistics().roundTrip.count() > 0; }));
+  const std::uint64_t before = on.plugin.brokers[0]->statistics().bytesIn;
+  EXPECT_GT(before, 0u);
+  EXPECT_GE(on.session.statistics().bytesIn, before);
+}
+
+TEST(RobotSession, ClosesInEveryStateInTheRightOrder) {
+  TcpRobot robot;
+  {
+    Session connecting(nobodyListensThere());
+    QSignalSpy closed(&connecting.session, &RobotSession::closed);
+    connecting.session.close();
+    EXPECT_EQ(closed.count(), 1);
+    connecting.session.close();
+    EXPECT_EQ(closed.count(), 1);
+    EXPECT_EQ(connecting.session.state(), State::Closed);
+  }
+  {
+    Session connected(robot.address());
+    ASSERT_TRUE(connected.waitFor(State::Connected));
+    connected.session.close();
+    EXPECT_EQ(connected.plugin.events, (QStringList{"getWidget", "deleted"}));
+    EXPECT_EQ(connected.plugin.brokers[0]->connection(), Ky::KyConnection::Closed);
+  }
+  {
+    Session lost(robot.address());
+    ASSERT_TRUE(lost.waitFor(State::Connected));
+    robot.stop();
+    ASSERT_TRUE(lost.waitFor(State::Lost));
+    lost.session.close();
+    EXPECT_EQ(lost.plugin.events, (QStringList{"getWidget", "disconnected", "deleted"}));
+    EXPECT_EQ(lost.plugin.brokers[0]->connection(), Ky::KyConnection::Closed);
+  }
+}
+
+TEST(RobotSession, ClosesAfterThePluginReturnsWhenAskedInItsMessageBox) {
+  TcpRobot robot;
+  QWidget home;
+  TestPlugin plugin;
+  RobotSession session(plugin, robot.address(), "", home);
+  QSignalSpy closed(&session, &RobotSession::closed);
+  plugin.whileMaking = [&] {
+    session.close();
+    EXPECT_EQ(closed.count(), 0);
+    QCoreApplication::processEvents();
+  };
+  session.start();
+  ASSERT_TRUE(waitUntil([&] { return closed.count() == 1; }));
+  EXPECT_EQ(plugin.events, (QStringList{"getWidget", "deleted"}));
+  EXPECT_EQ(plugin.brokers[0]->connection(), Ky::KyConnection::Closed);
+  EXPECT_EQ(session.state(), State::Closed);
+}
+
+TEST(RobotSession, NeverAsksAPluginForTwoWidgetsAtOnce) {
+  TcpRobot first, second;
+  QWidget home;
+  TestPlugin plugin;
+  int depth = 0;
+  int deepest = 0;
+  RobotSession one(plugin, first.address(), "", home);
+  RobotSession two(plugin, second.address(), "", home);
+  plugin.whileMaking = [&] {
+    deepest = std::max(deepest, ++depth);
+    // As a message box would: until the other robot has answered too, and a little longer.
+    QEventLoop loop;
+    QTimer::singleShot(300, &loop, &QEventLoop::quit);
+    loop.exec();
+    --depth;
+  };
+  one.start();
+  two.start();
+  ASSERT_TRUE(waitUntil(
+      [&] { return one.state() == State::Connected && two.state() == State::Connected; }));
+  EXPECT_EQ(deepest, 1);
+  EXPECT_NE(one.widget(), two.widget());
+}
+
+TEST(RobotSession, WaitsForAnOpenDialogOfTheOldWidget) {
+  TcpRobot robot;
+  Session on(robot.address());
+  ASSERT_TRUE(on.waitFor(State::Connected));
+  QPointer<QWidget> old = on.session.widget();
+  QDialog dialog(old);
+  dialog.setModal(true);
+  dialog.show();
+  robot.stop();
+  ASSERT_TRUE(on.waitFor(State::Lost));
+  robot.start();
+  ASSERT_TRUE(
+      waitUntil([&] { return on.plugin.brokers[0]->connection() == Ky::KyConnection::Connected; }));
+  for (int i = 0; i < 50; ++i) QCoreApplication::processEvents();
+  EXPECT_EQ(on.session.widget(), old);
+
+  dialog.setParent(nullptr);
+  dialog.hide();
+  ASSERT_TRUE(on.waitFor(State::Connected));
+  EXPECT_TRUE(old.isNull());
+}
+
+TEST(RobotSession, KeepsSeveralRobotsOfOnePluginApart) {
+  TcpRobot first, second;
+  QWidget home;
+  TestPlugin plugin;
+  RobotSession one(plugin, first.address(), "", home);
+  RobotSession two(plugin, second.address(), "", home);
+  one.start();
+  two.start();
+  ASSERT_TRUE(waitUntil(
+      [&] { return one.state() == State::Connected && two.state() == State::Connected; }));
+  first.stop();
+  ASSERT_TRUE(waitUntil([&] { return one.state() == State::Lost; }));
+  EXPECT_EQ(two.state(), State::Connected);
+  one.close();
+  EXPECT_EQ(two.state(), State::Connected);
+  EXPECT_NE(two.widget(), nullptr);
+  EXPECT_GT(two.statistics().bytesIn, 0u);
+}

@@ -1,0 +1,33 @@
+// A robot on a real socket, to be stopped and started again at the same address.
+#pragma once
+
+#include <QString>
+
+#include "ky/broker.h"
+
+// Thread-bound.
+class TcpRobot {
+ public:
+  TcpRobot() { start(); }
+  ~TcpRobot() { stop(); }
+
+  void stop() {
+    if (fBroker) fBroker->shutdown();
+    fBroker.reset();
+  }
+
+  void start() {
+    Ky::KyBrokerOptions options;
+    options.name = "robot";
+    options.listen = fAddress;
+    fBroker = Ky::KyBroker::create(std::move(options));
+    fAddress = fBroker->address();
+  }
+
+  const Ky::KyAddress& address() const { return fAddress; }
+  QString name() const { return QString::fromStdString(fAddress.toString()); }
+
+ private:
+  Ky::KyAddress fAddress{"127.0.0.1", 0};
+  boost::shared_ptr<Ky::KyBroker> fBroker;
+};

@@ -1,0 +1,65 @@
+// A plug-in inside the test program, which does as it is told and says what became of its widgets.
+#pragma once
+
+#include <QStringList>
+#include <functional>
+
+#include "ky/error.h"
+#include "lookout/lookout_widget.h"
+#include "lookout/widget_interface.h"
+
+// GUI thread.
+class TestWidget : public LookoutWidget {
+  Q_OBJECT
+
+ public:
+  TestWidget(boost::shared_ptr<Ky::KyBroker> broker, QStringList& events, QWidget* parent)
+      : LookoutWidget(parent), fBroker(std::move(broker)), fEvents(events) {
+    connect(this, &LookoutWidget::disconnected, [this] { fEvents << "disconnected"; });
+  }
+  ~TestWidget() override {
+    const bool hasBroker = !fBroker || fBroker->connection() != Ky::KyConnection::Closed;
+    fEvents << (hasBroker ? "deleted" : "deleted after its broker was closed");
+  }
+
+  void setPlaying(bool playing) override { fPlaying = playing; }
+  bool isPlaying() const override { return fPlaying; }
+  quint64 framesPainted() const override { return frames; }
+  double shownFrameRate() const override { return fPlaying ? 12.5 : 0; }
+
+  quint64 frames = 0;
+
+ private:
+  const boost::shared_ptr<Ky::KyBroker> fBroker;
+  QStringList& fEvents;
+  bool fPlaying = false;
+};
+
+class TestPlugin : public WidgetInterface {
+ public:
+  QWidget* getWidget(QWidget* parent, const std::string& robotIp, int robotPort,
+                     const std::string& resourcePath) override {
+    events << "getWidget";
+    icons = QString::fromStdString(resourcePath);
+    if (opensBroker) {
+      initBroker(fBroker, "TestBroker", robotIp, robotPort, resourcePath);
+      brokers.push_back(fBroker);
+    }
+    if (whileMaking) whileMaking();
+    if (!failure.isEmpty()) throw Ky::KyError(failure.toStdString());
+    if (throwsNumber) throw 42;
+    fWidget = makesNothing ? nullptr : new TestWidget(fBroker, events, parent);
+    return fWidget;
+  }
+  TestWidget* latest() const { return static_cast<TestWidget*>(widget()); }
+
+  QString failure;  // getWidget() throws it
+  bool throwsNumber = false;
+  bool makesNothing = false;
+  bool opensBroker = true;
+  std::function<void()> whileMaking;
+
+  QStringList events;
+  QString icons;
+  std::vector<boost::shared_ptr<Ky::KyBroker>> brokers;
+};
