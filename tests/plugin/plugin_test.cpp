@@ -124,7 +124,8 @@ QByteArray section(const QString& path, const char* name) {
 }
 
 TEST_F(Plugin, KeepsTheVerificationDataInItsSection) {
-  EXPECT_EQ(section(PERISCOPE_PLUGIN, ".qtplugin"), QByteArray(kVerificationData) + '\0');
+  EXPECT_TRUE(
+      section(PERISCOPE_PLUGIN, ".qtplugin").startsWith(QByteArray(kVerificationData) + '\0'));
 }
 
 TEST_F(Plugin, BuildsTheViewerOfARobot) {

@@ -224,6 +224,7 @@ TEST_F(View, KeepsTheFramesColours) {
 class Lines : public View {
  protected:
   Lines() {
+    qputenv("TZ", "UTC");
     setFrame(320, 240);
     setTimestamp(1331043600250000);
   }
@@ -242,6 +243,13 @@ class Lines : public View {
 
 TEST_F(Lines, SayTimeRateDateAndTheNote) {
   EXPECT_EQ(shot(), expected(Qt::black));
+}
+
+TEST_F(Lines, SayTheDateInLocalTime) {
+  qputenv("TZ", "EST5");
+  setTimestamp(1331043600250000 + std::int64_t{5} * 3600 * 1000000);
+  const QRect date = box(160, 383, 479, 404);
+  EXPECT_EQ(shot().copy(date), expected(Qt::black).copy(date));
 }
 
 TEST_F(Lines, KeepTheirInkInsideTheirRectangles) {
