@@ -7,6 +7,12 @@ ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$ROOT" || exit
 JOBS=$(nproc)
 
+# Qt complains where there is none, as in containers.
+if [[ -z ${XDG_RUNTIME_DIR:-} ]]; then
+  export XDG_RUNTIME_DIR=$ROOT/build/runtime
+  mkdir -p -m 700 "$XDG_RUNTIME_DIR"
+fi
+
 # wrong_use SCRIPT TEXT: ends a script that was called wrongly.
 wrong_use() {
   echo "$1: $2" >&2

@@ -2,7 +2,7 @@
 // it until Ctrl-C.
 //
 //   robot_module 127.0.0.1:9559
-//   ky call Greeter greet '"you"'
+//   ky call Greeter.greet '"you"'
 #include <csignal>
 #include <iostream>
 

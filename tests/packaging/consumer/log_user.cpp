@@ -1,0 +1,5 @@
+#include "zu/log.h"
+
+int main() {
+  zu::log::info("consumer", "main") << "hello";
+}
