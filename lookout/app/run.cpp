@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QIcon>
 #include <cstdio>
 
 #include "command_line.h"
@@ -69,6 +70,8 @@ int run(int argc, char** argv) {
     }
     sendQtMessagesToLog();
     const QApplication application(argc, argv);
+    QGuiApplication::setDesktopFileName("lookout");
+    QGuiApplication::setWindowIcon(QIcon::fromTheme("lookout"));
     return runWindow(options);
   } catch (const CommandLineError& error) {
     std::fprintf(stderr, "lookout: %s\n", error.what());

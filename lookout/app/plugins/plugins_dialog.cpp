@@ -33,9 +33,9 @@ QTableWidget* buildTable(const PluginCatalog& catalog, QWidget* parent) {
                    cell(plugin.error.isEmpty() ? PluginsDialog::tr("loaded") : plugin.error));
     ++row;
   }
-  table->resizeColumnsToContents();
-  table->horizontalHeader()->setStretchLastSection(true);
-  table->resizeRowsToContents();
+  table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  table->horizontalHeader()->setSectionResizeMode(2, QHeaderView::Stretch);
+  table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
   return table;
 }
 
@@ -43,7 +43,7 @@ QTableWidget* buildTable(const PluginCatalog& catalog, QWidget* parent) {
 
 PluginsDialog::PluginsDialog(const PluginCatalog& catalog, QWidget* parent) : QDialog(parent) {
   setWindowTitle(tr("Plug-ins"));
-  resize(720, 260);
+  resize(860, 320);
   auto* folder = new QLabel(tr("Folder: %1").arg(catalog.folder()), this);
   folder->setTextInteractionFlags(Qt::TextSelectableByMouse);
   folder->setTextFormat(Qt::PlainText);
@@ -53,7 +53,7 @@ PluginsDialog::PluginsDialog(const PluginCatalog& catalog, QWidget* parent) : QD
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(folder);
   layout->addWidget(buildTable(catalog, this));
-  if (!catalog.error().isEmpty()) {
+  if (catalog.plugins().empty()) {
     auto* error = new QLabel(catalog.error(), this);
     error->setTextFormat(Qt::PlainText);
     error->setWordWrap(true);

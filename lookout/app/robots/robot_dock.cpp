@@ -97,8 +97,9 @@ void RobotDock::showState() {
                  : state == State::Connecting ? tr("%1 (connecting)").arg(name())
                                               : name());
   if (state == State::Connecting) {
-    fPlaceholder->setText(tr("Connecting to %1...").arg(name()) +
-                          (problem.isEmpty() ? QString() : "\n\n" + problem));
+    const QString doing = fSession->robot() ? tr("Connecting to %1...").arg(robotName())
+                                            : tr("Opening %1...").arg(fPluginName);
+    fPlaceholder->setText(problem.isEmpty() ? doing : doing + "\n\n" + problem);
     fPages->setCurrentWidget(fPlaceholder);
   }
   if (state == State::Lost)
