@@ -2,13 +2,14 @@
 // chosen when it runs.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "acquisition/yuv_conversion.cpp"
+// clang-format off: this must come before the others.
 #include "hwy/foreach_target.h"
-// Must come after foreach_target.h.
+// clang-format on
+#include <cstring>
+
 #include "acquisition/yuv_conversion.h"
 #include "acquisition/yuv_vectors-inl.h"
 #include "hwy/highway.h"
-
-#include <cstring>
 
 HWY_BEFORE_NAMESPACE();
 namespace yuv::HWY_NAMESPACE {

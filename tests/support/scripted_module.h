@@ -36,9 +36,10 @@ class ScriptedModule : public Ky::KyModule {
   // KyError. Thread-safe.
   void answer(const std::string& method, Answer answer);
   template <class Value>
-    requires std::is_constructible_v<Ky::KyValue, Value>
+  requires std::is_constructible_v<Ky::KyValue, Value>
   void answer(const std::string& method, Value value) {
-    answer(method, Answer([value = Ky::KyValue(value)](const Ky::KyValue::Array&) { return value; }));
+    answer(method,
+           Answer([value = Ky::KyValue(value)](const Ky::KyValue::Array&) { return value; }));
   }
   void forget(const std::string& method);
 
