@@ -240,6 +240,35 @@ TEST(Widget, StopsFetchingAtPause) {
   EXPECT_TRUE(waitUntil([&] { return panel.fetches > 1; }));
 }
 
+// Counts the paints of a widget.
+class PaintCounter : public QObject {
+ public:
+  explicit PaintCounter(QWidget* watched) { watched->installEventFilter(this); }
+  int count() const { return fCount; }
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Paint) ++fCount;
+    return false;
+  }
+
+ private:
+  int fCount = 0;
+};
+
+TEST(Widget, PaintsNothingWhilePaused) {
+  Panel panel;
+  Widget& widget = panel.open();
+  widget.show();
+  PaintCounter paints(widget.findChild<ViewImage*>());
+  panel.button("Play")->click();
+  ASSERT_TRUE(waitUntil([&] { return paints.count() > 2; }));
+  panel.button("Pause")->click();
+  // Up to two that were under way may still arrive; a viewer that goes on paints five a second.
+  const int before = paints.count();
+  EXPECT_FALSE(waitUntil([&] { return paints.count() > before + 2; }, std::chrono::seconds(1)));
+}
+
 TEST(Widget, PlaysAndPausesForTheHost) {
   Panel panel;
   LookoutWidget& widget = panel.open();
