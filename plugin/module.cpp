@@ -1,5 +1,6 @@
 #include "plugin/module.h"
 
+#include <algorithm>
 #include <boost/make_shared.hpp>
 
 #include "ky/video_recorder_proxy.h"
@@ -63,6 +64,8 @@ Module::Module(boost::shared_ptr<Ky::KyBroker> broker)
   addParam("strLogName", "name in KyMemory");
   bindMethod(&Module::subscribeLog);
   fConvertBuffer = new unsigned char[kConvertBufferBytes];
+  // The conversion never writes the outermost columns: the grey of a frame that has yet to come.
+  std::fill_n(fConvertBuffer, kConvertBufferBytes, static_cast<unsigned char>(150));
   try {
     fVideoDevice = boost::make_shared<Ky::KyVideoDeviceProxy>(getParentBroker());
   } catch (const Ky::KyError& error) {
