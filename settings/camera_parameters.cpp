@@ -1,8 +1,10 @@
 // The camera's parameters: the robot holds them all, the model mirrors those that the viewer's own
 // work depends on.
+#include "ky/camera_parameter.h"
 #include "plugin/module.h"
-#include "settings/camera_parameter.h"
 #include "zu/log.h"
+
+using enum Ky::CameraParameter;
 
 namespace {
 

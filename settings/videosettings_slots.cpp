@@ -2,9 +2,11 @@
 #include <QCheckBox>
 #include <QComboBox>
 
+#include "ky/camera_parameter.h"
 #include "plugin/module.h"
-#include "settings/camera_parameter.h"
 #include "settings/videosettings_widget.h"
+
+using enum Ky::CameraParameter;
 
 namespace {
 

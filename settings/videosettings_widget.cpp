@@ -10,8 +10,10 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include "ky/camera_parameter.h"
 #include "plugin/module.h"
-#include "settings/camera_parameter.h"
+
+using enum Ky::CameraParameter;
 
 namespace {
 

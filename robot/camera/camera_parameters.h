@@ -6,32 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "ky/camera_parameter.h"
 #include "robot/camera/picture_controls.h"
 
 namespace robot {
 
-// The ids are those of the video device's getParam() and setParam().
-enum CameraParameter {
-  kBrightness = 0,
-  kContrast = 1,
-  kSaturation = 2,
-  kHue = 3,
-  kRedChroma = 4,
-  kBlueChroma = 5,
-  kGain = 6,
-  kHorizontalFlip = 7,
-  kVerticalFlip = 8,
-  kAutoExposition = 11,
-  kAutoWhiteBalance = 12,
-  kAutoGain = 13,
-  kResolution = 14,  // of a subscription, like the frame rate and the colour space
-  kFrameRate = 15,
-  kExposure = 17,
-  kActiveCamera = 18,  // of the robot
-  kColorSpace = 20,
-  kExposureCorrection = 21,
-  kWhiteBalance = 33
-};
+using enum Ky::CameraParameter;
 
 struct ParameterRange {
   int id;

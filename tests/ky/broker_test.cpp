@@ -6,6 +6,7 @@
 #include <future>
 #include <thread>
 
+#include "error_of_call.h"
 #include "ky/module.h"
 #include "ky/proxy.h"
 #include "support/wait.h"
@@ -102,15 +103,6 @@ class BrokerTest : public testing::TestWithParam<const char*> {
 
 INSTANTIATE_TEST_SUITE_P(Transport, BrokerTest, testing::Values("tcp", "process"),
                          [](const auto& test) { return std::string(test.param); });
-
-std::string errorOfCall(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const KyError& error) {
-    return error.toString();
-  }
-  return "no error";
-}
 
 TEST_P(BrokerTest, CallsAModuleOfTheRobot) {
   const auto proxy = desktop->getProxy("Calculator");

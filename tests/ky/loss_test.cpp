@@ -4,6 +4,7 @@
 #include <future>
 #include <mutex>
 
+#include "error_of_call.h"
 #include "ky/module.h"
 #include "ky/proxy.h"
 #include "raw_peer.h"
@@ -72,15 +73,6 @@ KyBrokerOptions desktopOptions(int port) {
   options.patience.reconnectMin = 20ms;
   options.patience.reconnectMax = 100ms;
   return options;
-}
-
-std::string errorOfCall(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const KyError& error) {
-    return error.toString();
-  }
-  return "no error";
 }
 
 TEST(Loss, AWrongPortIsToldAtOnce) {

@@ -31,6 +31,8 @@ TEST(Packing, BringsEveryValueBack) {
       std::numeric_limits<std::int64_t>::min(),
       std::numeric_limits<std::int64_t>::max(),
       1.5,
+      1.0,
+      -0.0,
       std::numeric_limits<double>::infinity(),
       "",
       std::string(70000, 'x'),
