@@ -1,9 +1,11 @@
 #include "transport/io_loop.h"
 
+#include <pthread.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdint>
 #include <cstring>
 
@@ -21,7 +23,13 @@ IoLoop::~IoLoop() {
 }
 
 void IoLoop::start(Client& client) {
-  fThread = std::thread([this, &client] { run(client); });
+  fThread = std::thread([this, &client] {
+    // Signals are the program's: here they would only interrupt ZeroMQ's calls.
+    sigset_t all;
+    sigfillset(&all);
+    ::pthread_sigmask(SIG_SETMASK, &all, nullptr);
+    run(client);
+  });
 }
 
 bool IoLoop::post(std::function<void()> task) {
