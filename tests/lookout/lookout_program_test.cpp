@@ -99,7 +99,7 @@ TEST(Lookout, QuitsCleanlyOnCtrlC) {
       {"--plugins", FIXTURES "/good", "--robot", robot.address().toString(), "--report"});
   ASSERT_TRUE(lookout.waitForErrorLine("connected to ")) << lookout.errors();
   lookout.signal(SIGINT);
-  EXPECT_EQ(lookout.waitForExit(), 0);
+  EXPECT_EQ(lookout.waitForExit(), 0) << lookout.errors();
   EXPECT_FALSE(lookout.output().empty());
 }
 

@@ -18,7 +18,8 @@ using State = RobotSession::State;
 namespace {
 
 struct Session {
-  explicit Session(std::optional<Ky::KyAddress> robot) : session(plugin, robot, "/icons/", home) {
+  explicit Session(std::optional<Ky::KyAddress> robot)
+      : session(plugin, robot, "/icons/", home, closer) {
     session.start();
   }
   bool waitFor(State state) {
@@ -26,6 +27,7 @@ struct Session {
   }
 
   QWidget home;
+  Lookout::BrokerCloser closer;
   TestPlugin plugin;
   RobotSession session;
 };
@@ -54,8 +56,9 @@ TEST(RobotSession, AsksThePluginForAWidgetWhenTheRobotAnswers) {
 TEST(RobotSession, AnnouncesTheWidgetBeforeItSaysConnected) {
   TcpRobot robot;
   QWidget home;
+  Lookout::BrokerCloser closer;
   TestPlugin plugin;
-  RobotSession session(plugin, robot.address(), "", home);
+  RobotSession session(plugin, robot.address(), "", home, closer);
   QStringList order;
   QObject::connect(&session, &RobotSession::widgetMade, [&] { order << "widget"; });
   QObject::connect(&session, &RobotSession::changed, [&] {
@@ -160,9 +163,10 @@ TEST(RobotSession, ShowsWhyAPluginFailsAndTriesAgain) {
   TcpRobot robot;
   LogCapture log;
   QWidget home;
+  Lookout::BrokerCloser closer;
   TestPlugin plugin;
   plugin.failure = "no camera here";
-  RobotSession session(plugin, robot.address(), "", home);
+  RobotSession session(plugin, robot.address(), "", home, closer);
   session.start();
   ASSERT_TRUE(waitUntil([&] { return session.problem() == "no camera here"; }));
   EXPECT_EQ(session.state(), State::Connecting);
@@ -179,9 +183,10 @@ TEST(RobotSession, ShowsWhyAPluginFailsAndTriesAgain) {
 TEST(RobotSession, SurvivesWhateverAPluginThrowsOrReturns) {
   TcpRobot robot;
   QWidget home;
+  Lookout::BrokerCloser closer;
   TestPlugin plugin;
   plugin.throwsNumber = true;
-  RobotSession session(plugin, robot.address(), "", home);
+  RobotSession session(plugin, robot.address(), "", home, closer);
   session.start();
   ASSERT_TRUE(
       waitUntil([&] { return session.problem() == "the plug-in failed and did not say why"; }));
@@ -211,9 +216,10 @@ TEST(RobotSession, FailsAndRecoversAfterALoss) {
 TEST(RobotSession, WatchesTheRobotItselfForAPluginWithoutABroker) {
   TcpRobot robot;
   QWidget home;
+  Lookout::BrokerCloser closer;
   TestPlugin plugin;
   plugin.opensBroker = false;
-  RobotSession session(plugin, robot.address(), "", home);
+  RobotSession session(plugin, robot.address(), "", home, closer);
   session.start();
   ASSERT_TRUE(waitUntil([&] { return session.state() == State::Connected; }));
   EXPECT_GT(session.statistics().bytesIn, 0u);
@@ -226,9 +232,10 @@ TEST(RobotSession, WatchesTheRobotItselfForAPluginWithoutABroker) {
 
 TEST(RobotSession, MakesTheWidgetWithoutARobotWhenNoneIsNeeded) {
   QWidget home;
+  Lookout::BrokerCloser closer;
   TestPlugin plugin;
   plugin.opensBroker = false;
-  RobotSession session(plugin, std::nullopt, "", home);
+  RobotSession session(plugin, std::nullopt, "", home, closer);
   session.start();
   ASSERT_TRUE(waitUntil([&] { return session.state() == State::Connected; }));
   EXPECT_EQ(session.statistics().bytesIn, 0u);
@@ -276,8 +283,9 @@ TEST(RobotSession, ClosesInEveryStateInTheRightOrder) {
 TEST(RobotSession, ClosesAfterThePluginReturnsWhenAskedInItsMessageBox) {
   TcpRobot robot;
   QWidget home;
+  Lookout::BrokerCloser closer;
   TestPlugin plugin;
-  RobotSession session(plugin, robot.address(), "", home);
+  RobotSession session(plugin, robot.address(), "", home, closer);
   QSignalSpy closed(&session, &RobotSession::closed);
   plugin.whileMaking = [&] {
     session.close();
@@ -294,11 +302,12 @@ TEST(RobotSession, ClosesAfterThePluginReturnsWhenAskedInItsMessageBox) {
 TEST(RobotSession, NeverAsksAPluginForTwoWidgetsAtOnce) {
   TcpRobot first, second;
   QWidget home;
+  Lookout::BrokerCloser closer;
   TestPlugin plugin;
   int depth = 0;
   int deepest = 0;
-  RobotSession one(plugin, first.address(), "", home);
-  RobotSession two(plugin, second.address(), "", home);
+  RobotSession one(plugin, first.address(), "", home, closer);
+  RobotSession two(plugin, second.address(), "", home, closer);
   plugin.whileMaking = [&] {
     deepest = std::max(deepest, ++depth);
     // As a message box would: until the other robot has answered too, and a little longer.
@@ -340,9 +349,10 @@ TEST(RobotSession, WaitsForAnOpenDialogOfTheOldWidget) {
 TEST(RobotSession, KeepsSeveralRobotsOfOnePluginApart) {
   TcpRobot first, second;
   QWidget home;
+  Lookout::BrokerCloser closer;
   TestPlugin plugin;
-  RobotSession one(plugin, first.address(), "", home);
-  RobotSession two(plugin, second.address(), "", home);
+  RobotSession one(plugin, first.address(), "", home, closer);
+  RobotSession two(plugin, second.address(), "", home, closer);
   one.start();
   two.start();
   ASSERT_TRUE(waitUntil(

@@ -2,18 +2,20 @@
 
 namespace Lookout {
 
-LogFeed::LogFeed(std::size_t capacity, QObject* parent)
-    : QObject(parent),
-      fCapacity(capacity),
-      fListener([this](const zu::log::Record& record) { add(record); }) {
+LogFeed::LogFeed(std::size_t capacity, QObject* parent) : QObject(parent), fCapacity(capacity) {
+  connect(this, &LogFeed::linesCame, this, &LogFeed::deliver, Qt::QueuedConnection);
+  fListener = zu::log::Listener([this](const zu::log::Record& record) { add(record); });
 }
 
 void LogFeed::add(const zu::log::Record& record) {
-  const std::lock_guard guard(fMutex);
-  const bool first = fWaiting.empty();
-  fWaiting.push_back(record);
-  if (fWaiting.size() > fCapacity) fWaiting.pop_front();
-  if (first) QMetaObject::invokeMethod(this, &LogFeed::deliver, Qt::QueuedConnection);
+  bool isFirst = false;
+  {
+    const std::lock_guard guard(fMutex);
+    isFirst = fWaiting.empty();
+    fWaiting.push_back(record);
+    if (fWaiting.size() > fCapacity) fWaiting.pop_front();
+  }
+  if (isFirst) emit linesCame();
 }
 
 void LogFeed::deliver() {

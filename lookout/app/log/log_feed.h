@@ -22,6 +22,8 @@ class LogFeed : public QObject {
  signals:
   // On the GUI thread, oldest first.
   void lines(const std::vector<zu::log::Record>& records);
+  // Lines are waiting: emitted on the thread that wrote them.
+  void linesCame();
 
  private:
   void add(const zu::log::Record& record);

@@ -19,11 +19,11 @@ constexpr int kStatusMs = 1000;
 }  // namespace
 
 RobotDock::RobotDock(const Plugin& plugin, std::optional<Ky::KyAddress> robot, const QString& icons,
-                     QWidget* parent)
+                     BrokerCloser& closer, QWidget* parent)
     : QDockWidget(parent), fPluginName(plugin.name) {
   buildBody();
   fSession = std::make_unique<RobotSession>(*plugin.interface, std::move(robot),
-                                            icons.toStdString(), *fScroll);
+                                            icons.toStdString(), *fScroll, closer);
   setObjectName("robot " + name());
   connect(fSession.get(), &RobotSession::widgetMade, this, &RobotDock::showWidget);
   connect(fSession.get(), &RobotSession::changed, this, &RobotDock::showState);

@@ -23,9 +23,10 @@ class RobotDock : public QDockWidget {
   Q_OBJECT
 
  public:
-  // `plugin` was loaded and outlives the dock. Without `robot` it is a widget that needs none.
+  // `plugin`, which was loaded, and `closer` outlive the dock. Without `robot` it is for a widget
+  // that needs none.
   RobotDock(const Plugin& plugin, std::optional<Ky::KyAddress> robot, const QString& icons,
-            QWidget* parent = nullptr);
+            BrokerCloser& closer, QWidget* parent = nullptr);
   ~RobotDock() override;
 
   RobotSession& session() const { return *fSession; }

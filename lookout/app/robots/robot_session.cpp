@@ -1,6 +1,5 @@
 #include "robots/robot_session.h"
 
-#include <QThreadPool>
 #include <algorithm>
 
 #include "lookout/lookout_widget.h"
@@ -24,12 +23,13 @@ bool pluginAtWork = false;
 }  // namespace
 
 RobotSession::RobotSession(WidgetInterface& plugin, std::optional<Ky::KyAddress> robot,
-                           std::string icons, QWidget& home, QObject* parent)
+                           std::string icons, QWidget& home, BrokerCloser& closer, QObject* parent)
     : QObject(parent),
       fPlugin(plugin),
       fRobot(std::move(robot)),
       fIcons(std::move(icons)),
       fHome(home),
+      fCloser(closer),
       fRetryMs(kFirstRetryMs) {
   fRetry.setSingleShot(true);
   connect(&fRetry, &QTimer::timeout, this, &RobotSession::retry);
@@ -50,7 +50,7 @@ void RobotSession::start() {
 
 void RobotSession::close() {
   if (fState == State::Closed) return;
-  fListener.reset();
+  fWatcher.reset();
   fRetry.stop();
   setState(State::Closed, tr("Closed"));
   if (fMaking) return;  // openWidget() goes on from here
@@ -71,39 +71,18 @@ void RobotSession::startProbe() {
     return;
   }
   fProbeCheck.start();
-  watch(fProbe);
+  watch(fProbe, Ky::KyConnection::Connecting);
 }
 
 void RobotSession::dropProbe() {
   fProbeCheck.stop();
   if (!fProbe) return;
-  // It may be looking up a name, which can take long, and has no modules: it ends elsewhere.
-  QThreadPool::globalInstance()->start([probe = std::move(fProbe)] { probe->shutdown(); });
-  fProbe.reset();
+  fCloser.close(std::exchange(fProbe, nullptr));
 }
 
-void RobotSession::watch(const Broker& broker) {
-  fListener.reset();
-  fWatched = broker;
-  const int watch = ++fWatch;
-  // The news comes on the broker's thread. Going through the event loop is safe: the listener ends
-  // before this object does.
-  const auto tell = [this, watch](Ky::KyConnection connection, const QString& why) {
-    QMetaObject::invokeMethod(
-        this,
-        [this, watch, connection, why] {
-          if (watch == fWatch) onConnection(connection, why);
-        },
-        Qt::QueuedConnection);
-  };
-  fListener = broker->onConnection([tell](Ky::KyConnection connection, const std::string& why) {
-    tell(connection, QString::fromStdString(why));
-  });
-  // What happened before it listened.
-  const Ky::KyConnection now = broker->connection();
-  const bool expected =
-      now == (broker == fBroker ? Ky::KyConnection::Connected : Ky::KyConnection::Connecting);
-  if (!expected) tell(now, tr("the connection broke at once"));
+void RobotSession::watch(const Broker& broker, Ky::KyConnection expected) {
+  fWatcher = std::make_unique<ConnectionWatcher>(broker, expected);
+  connect(fWatcher.get(), &ConnectionWatcher::changed, this, &RobotSession::onConnection);
 }
 
 void RobotSession::onConnection(Ky::KyConnection connection, const QString& why) {
@@ -195,10 +174,10 @@ void RobotSession::keepWidget(QWidget* widget) {
   if (LookoutWidget* made = lookoutWidget(); made != nullptr && fPlaying) made->setPlaying(true);
   setState(State::Connected, {});
   if (fBroker) {
-    watch(fBroker);
+    watch(fBroker, Ky::KyConnection::Connected);
     dropProbe();
   } else if (fProbe) {
-    watch(fProbe);
+    watch(fProbe, Ky::KyConnection::Connected);
   } else if (fRobot) {
     startProbe();
   }
@@ -208,7 +187,7 @@ void RobotSession::removeWidget() {
   fFramesBefore = framesPainted();
   delete fWidget.data();
   if (!fBroker) return;
-  fListener.reset();
+  fWatcher.reset();
   fBroker->shutdown();
   fBroker.reset();
 }
@@ -227,7 +206,7 @@ void RobotSession::retry() {
   if (fState == State::Closed || fState == State::Connected) return;
   if (fRobot && !fProbe && !fBroker)
     startProbe();
-  else if (!fRobot || fWatched->connection() == Ky::KyConnection::Connected)
+  else if (!fRobot || fWatcher->connection() == Ky::KyConnection::Connected)
     openWidget();
 }
 

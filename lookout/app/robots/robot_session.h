@@ -10,6 +10,8 @@
 #include <string>
 
 #include "ky/broker.h"
+#include "robots/broker_closer.h"
+#include "robots/connection_watcher.h"
 
 class LookoutWidget;
 class QWidget;
@@ -32,10 +34,11 @@ class RobotSession : public QObject {
  public:
   enum class State { Connecting, Connected, Lost, Closed };
 
-  // `plugin` outlives the session, and so does `home`, whose children the widgets become. Without
-  // `robot` the widget is made at once and stays. `icons` is the folder handed to the plug-in.
+  // `plugin`, `home` and `closer` outlive the session; the widgets become children of `home`.
+  // Without `robot` the widget is made at once and stays. `icons` is the folder handed to the
+  // plug-in.
   RobotSession(WidgetInterface& plugin, std::optional<Ky::KyAddress> robot, std::string icons,
-               QWidget& home, QObject* parent = nullptr);
+               QWidget& home, BrokerCloser& closer, QObject* parent = nullptr);
   // Closes. Not while the plug-in is at work.
   ~RobotSession() override;
 
@@ -73,7 +76,7 @@ class RobotSession : public QObject {
 
   void startProbe();
   void dropProbe();
-  void watch(const Broker& broker);
+  void watch(const Broker& broker, Ky::KyConnection expected);
   void onConnection(Ky::KyConnection connection, const QString& why);
   void lose(const QString& why);
   void openWidget();
@@ -90,6 +93,7 @@ class RobotSession : public QObject {
   const std::optional<Ky::KyAddress> fRobot;
   const std::string fIcons;
   QWidget& fHome;
+  BrokerCloser& fCloser;
 
   State fState = State::Connecting;
   QString fProblem;
@@ -98,14 +102,12 @@ class RobotSession : public QObject {
   quint64 fFramesBefore = 0;
   QPointer<QWidget> fWidget;
 
-  Broker fProbe;    // waits for the robot; null once the widget's own broker does
-  Broker fBroker;   // the widget's; null when its plug-in opens none
-  Broker fWatched;  // the one of the two that fListener listens to
-  int fWatch = 0;   // counts watch(), to tell stale news
+  Broker fProbe;   // waits for the robot; null once the widget's own broker does
+  Broker fBroker;  // the widget's; null when its plug-in opens none
+  std::unique_ptr<ConnectionWatcher> fWatcher;  // of one of the two
   QTimer fRetry;
   int fRetryMs;  // how long until the next attempt
   QTimer fProbeCheck;
-  std::unique_ptr<Ky::KyConnectionListener> fListener;
 };
 
 }  // namespace Lookout

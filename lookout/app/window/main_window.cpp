@@ -69,7 +69,7 @@ RobotDock* MainWindow::open(const Plugin& plugin) {
 }
 
 RobotDock* MainWindow::dock(const Plugin& plugin, std::optional<Ky::KyAddress> robot) {
-  auto* added = new RobotDock(plugin, std::move(robot), fIcons, fRobots);
+  auto* added = new RobotDock(plugin, std::move(robot), fIcons, fCloser, fRobots);
   fRobots->add(added);
   return added;
 }

@@ -7,6 +7,7 @@
 
 #include "ky/address.h"
 #include "plugins/plugin_catalog.h"
+#include "robots/broker_closer.h"
 
 namespace Lookout {
 
@@ -61,6 +62,7 @@ class MainWindow : public QMainWindow {
   RobotDock* dock(const Plugin& plugin, std::optional<Ky::KyAddress> robot);
   void grow(const QSize& by);
 
+  BrokerCloser fCloser;
   std::unique_ptr<PluginCatalog> fCatalog;  // made when the log listens
   const QString fIcons;
   const Layout fLayout;

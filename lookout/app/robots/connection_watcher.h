@@ -1,0 +1,43 @@
+// Brings a broker's news to the GUI thread.
+#pragma once
+
+#include <QObject>
+#include <boost/shared_ptr.hpp>
+#include <memory>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include "ky/broker.h"
+
+namespace Lookout {
+
+// Lives on the GUI thread; may be deleted by whom it tells something. What it has not told by then
+// is never told.
+class ConnectionWatcher : public QObject {
+  Q_OBJECT
+
+ public:
+  // Tells at first whatever is not as `expected`: it happened before there was anybody to tell.
+  ConnectionWatcher(boost::shared_ptr<Ky::KyBroker> broker, Ky::KyConnection expected);
+
+  Ky::KyConnection connection() const { return fBroker->connection(); }
+
+ signals:
+  void changed(Ky::KyConnection connection, const QString& why);
+  // News is waiting: emitted on the broker's thread.
+  void newsCame();
+
+ private:
+  using News = std::pair<Ky::KyConnection, std::string>;
+
+  void add(Ky::KyConnection connection, const std::string& why);
+  void deliver();
+
+  const boost::shared_ptr<Ky::KyBroker> fBroker;
+  std::mutex fMutex;
+  std::vector<News> fNews;                              // guarded by fMutex
+  std::unique_ptr<Ky::KyConnectionListener> fListener;  // last: adds to all the others
+};
+
+}  // namespace Lookout
