@@ -1,17 +1,32 @@
 #include "transport/socket_io.h"
 
+#include <atomic>
 #include <memory>
 
 namespace Ky {
 namespace {
 
+// Keeps a binary for as long as ZeroMQ needs its bytes.
+struct Keeper {
+  KyBinary binary;
+  // ZeroMQ hands the keeper from this thread to its own; this says so where thread checkers, which
+  // can't look into ZeroMQ, see it.
+  std::atomic<bool> isHandedOver{false};
+};
+
+void release(void*, void* hint) {
+  auto* keeper = static_cast<Keeper*>(hint);
+  keeper->isHandedOver.load();
+  delete keeper;
+}
+
 // A message that refers to the binary's bytes; ZeroMQ gives the reference back when they are sent.
 zmq::message_t referTo(const KyBinary& binary) {
-  auto* keeper = new KyBinary(binary);
+  auto* keeper = new Keeper{binary};
   // The interface wants a non-const pointer, but sending only reads.
   auto* bytes = const_cast<std::uint8_t*>(binary.data());
-  return zmq::message_t(
-      bytes, binary.size(), [](void*, void* hint) { delete static_cast<KyBinary*>(hint); }, keeper);
+  keeper->isHandedOver = true;
+  return zmq::message_t(bytes, binary.size(), release, keeper);
 }
 
 KyBinary takeOver(zmq::message_t message) {
