@@ -1,6 +1,6 @@
 // The camera's parameters: the robot holds them all, the model mirrors those that the viewer's own
 // work depends on.
-#include "ky/camera_parameter.h"
+#include "ky/video_device_proxy.h"
 #include "plugin/module.h"
 #include "zu/log.h"
 

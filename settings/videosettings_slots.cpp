@@ -2,7 +2,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 
-#include "ky/camera_parameter.h"
+#include "ky/video_device_proxy.h"
 #include "plugin/module.h"
 #include "settings/videosettings_widget.h"
 

@@ -10,7 +10,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
-#include "ky/camera_parameter.h"
+#include "ky/video_device_proxy.h"
 #include "plugin/module.h"
 
 using enum Ky::CameraParameter;

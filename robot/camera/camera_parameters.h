@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "ky/camera_parameter.h"
+#include "ky/video_device_proxy.h"
 #include "robot/camera/picture_controls.h"
 
 namespace robot {

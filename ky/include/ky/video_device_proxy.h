@@ -14,6 +14,30 @@ namespace Ky {
 constexpr int kMaxImageWidth = 1280;
 constexpr int kMaxImageHeight = 960;
 
+// The parameters of a camera, for getParam() and setParam(). A plain enum: the ids
+// travel as ints.
+enum CameraParameter {
+  kBrightness = 0,
+  kContrast = 1,
+  kSaturation = 2,
+  kHue = 3,
+  kRedChroma = 4,
+  kBlueChroma = 5,
+  kGain = 6,
+  kHorizontalFlip = 7,
+  kVerticalFlip = 8,
+  kAutoExposition = 11,
+  kAutoWhiteBalance = 12,
+  kAutoGain = 13,
+  kResolution = 14,  // of a subscription, like the frame rate and the colour space
+  kFrameRate = 15,
+  kExposure = 17,
+  kActiveCamera = 18,  // of the robot
+  kColorSpace = 20,
+  kExposureCorrection = 21,
+  kWhiteBalance = 33,
+};
+
 // Bytes that a picture of this size takes in a colour space: 0 (Y), 9 (YUV 4:2:2), 10 (YUV 4:4:4).
 // 0 for every other colour space: their layouts are unknown here.
 std::size_t imageBytes(int width, int height, int colorSpace);

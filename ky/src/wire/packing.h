@@ -1,4 +1,4 @@
-// Values as MessagePack (https://github.com/msgpack/msgpack/blob/master/spec.md), with large
+// Values as MessagePack (https://github.com/msgpack/msgpack), with large
 // binaries beside the packed text instead of in it.
 #pragma once
 
