@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QDialog>
-#include <QEventLoop>
 #include <QSignalSpy>
-#include <QTimer>
 
 #include "support/log_capture.h"
 #include "support/wait.h"
@@ -310,10 +308,12 @@ TEST(RobotSession, NeverAsksAPluginForTwoWidgetsAtOnce) {
   RobotSession two(plugin, second.address(), "", home, closer);
   plugin.whileMaking = [&] {
     deepest = std::max(deepest, ++depth);
-    // As a message box would: until the other robot has answered too, and a little longer.
-    QEventLoop loop;
-    QTimer::singleShot(300, &loop, &QEventLoop::quit);
-    loop.exec();
+    // As long as a message box might: the other robot has answered and even been heard again.
+    for (const RobotSession* session : {&one, &two})
+      EXPECT_TRUE(waitUntil([&] {
+        return session->state() == State::Connected || session->statistics().roundTrip.count() > 0;
+      }));
+    QCoreApplication::sendPostedEvents();
     --depth;
   };
   one.start();
