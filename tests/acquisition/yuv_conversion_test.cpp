@@ -83,9 +83,16 @@ std::vector<std::uint8_t> triplesOf(int u) {
 
 }  // namespace
 
+// Sanitized code is slow, and looks for other mistakes than wrong sums: it tries every 15th U.
+#ifdef PERISCOPE_SANITIZED
+constexpr int kStep = 15;
+#else
+constexpr int kStep = 1;
+#endif
+
 TEST(YuvConversion, IsExactForAllTriplesInBothPlacesOfAPair) {
   std::vector<std::uint32_t> out(2 * 65536);
-  for (int u = 0; u < 256; ++u) {
+  for (int u = 0; u < 256; u += kStep) {
     const auto in = pairsOf(u);
     const auto expected = pixelsOfPairs(u);
     onEveryInstructionSet([&] {
@@ -99,7 +106,7 @@ TEST(YuvConversion, IsExactForAllTriplesInBothPlacesOfAPair) {
 
 TEST(YuvConversion, IsExactForAllTriplesWithoutSubsampling) {
   std::vector<std::uint32_t> out(65536);
-  for (int u = 0; u < 256; ++u) {
+  for (int u = 0; u < 256; u += kStep) {
     const auto in = triplesOf(u);
     std::vector<std::uint32_t> expected;
     for (int v = 0; v < 256; ++v)
