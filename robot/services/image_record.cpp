@@ -1,5 +1,7 @@
 #include "robot/services/image_record.h"
 
+#include "robot/camera/field_of_view.h"
+
 namespace robot {
 
 Ky::KyValue::Array imageRecord(const Frame& frame, const ImageFormat& format) {

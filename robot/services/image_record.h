@@ -6,10 +6,6 @@
 
 namespace robot {
 
-// Half the field of view, in radians; left and top are positive.
-constexpr float kHalfWidthAngle = 0.41692221f;
-constexpr float kHalfHeightAngle = 0.32097778f;
-
 // [width, height, layers, colour space, seconds, microseconds, pixels, camera, left, top, right,
 // bottom angle]. The pixels are the frame's own, not copied.
 Ky::KyValue::Array imageRecord(const Frame& frame, const ImageFormat& format);

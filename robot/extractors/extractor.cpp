@@ -1,0 +1,159 @@
+#include "robot/extractors/extractor.h"
+
+#include <sys/resource.h>
+
+#include <algorithm>
+
+#include "ky/memory_proxy.h"
+#include "zu/log.h"
+
+namespace robot {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds kFastest{1000 / kMaxFps};
+constexpr milliseconds kFirstFrame{500};
+constexpr int kBackground = 10;  // nice value
+
+// The camera makes pictures a little more often than they are looked at; their smallest size costs
+// it least.
+Wish wishFor(milliseconds period) {
+  const auto fps = 1000 / std::max(period, kFastest).count() + 1;
+  return {{0, kGrey}, static_cast<int>(std::clamp<long long>(fps, 1, kMaxFps))};
+}
+
+}  // namespace
+
+Extractor::Extractor(boost::shared_ptr<Ky::KyBroker> broker, std::shared_ptr<Cameras> cameras,
+                     const std::string& name, const std::string& what,
+                     std::unique_ptr<Detector> detector)
+    : KyModule(std::move(broker), name),
+      fCameras(std::move(cameras)),
+      fDetector(std::move(detector)) {
+  std::string keys;
+  for (const std::string& key : fDetector->keys())
+    keys += (keys.empty() ? "\"" : ", \"") + key + "\"";
+  setModuleDescription("Looks for " + what + " in the camera's pictures and writes them under " +
+                       keys + " in KyMemory, while somebody is subscribed.");
+
+  functionName("subscribe", getName(), "Begins to look. Subscribing again changes the period.");
+  addParam("name", "of the subscriber");
+  addParam("period", "milliseconds between two looks; 0: as often as possible");
+  addParam("precision", "0 to 1; this robot always looks as carefully as it can");
+  bindMethod(&Extractor::subscribe);
+
+  functionName("unsubscribe", getName(), "Ends what subscribe() began.");
+  addParam("name", "of the subscriber");
+  bindMethod(&Extractor::unsubscribe);
+}
+
+Extractor::~Extractor() {
+  end();
+}
+
+void Extractor::subscribe(const Ky::KyPeer& caller, const std::string& name, int period, float) {
+  change([&] { fSubscriptions.add(caller, name, milliseconds(period)); });
+}
+
+void Extractor::unsubscribe(const Ky::KyPeer& caller, const std::string& name) {
+  bool gone = false;
+  change([&] {
+    fSubscriptions.remove(caller, name);
+    gone = !fSubscriptions.has(caller);
+  });
+  if (gone) subscriberGone(caller);
+}
+
+void Extractor::init() {
+  clearKeys();
+  fThread = std::thread(&Extractor::run, this);
+}
+
+void Extractor::stop() {
+  end();
+}
+
+void Extractor::peerLeft(const Ky::KyPeer& peer) {
+  change([&] { fSubscriptions.removeAllOf(peer); });
+  subscriberGone(peer);
+}
+
+template <class Change>
+void Extractor::change(Change change) {
+  const std::lock_guard guard(fMutex);
+  change();
+  fChanged.notify_all();
+}
+
+void Extractor::end() {
+  change([&] { fStop = true; });
+  if (fThread.joinable()) fThread.join();
+}
+
+void Extractor::run() {
+  setpriority(PRIO_PROCESS, 0, kBackground);  // on Linux of this thread alone
+  while (waitForSubscriber()) {
+    watch();
+    clearKeys();
+  }
+}
+
+bool Extractor::waitForSubscriber() {
+  std::unique_lock lock(fMutex);
+  fChanged.wait(lock, [&] { return fStop || fSubscriptions.period(); });
+  return !fStop;
+}
+
+void Extractor::watch() {
+  const auto reader = fCameras->read(Wish());
+  Clock::time_point last{};
+  while (const auto period = waitForTurn(last)) {
+    last = Clock::now();
+    if (const Wish wish = wishFor(*period); wish != reader->wish()) reader->setWish(wish);
+    look(*reader);
+  }
+}
+
+std::optional<milliseconds> Extractor::waitForTurn(Clock::time_point last) {
+  std::unique_lock lock(fMutex);
+  for (;;) {
+    const auto period = fSubscriptions.period();
+    if (fStop || !period) return std::nullopt;
+    const auto due = last + std::max(*period, kFastest);
+    if (Clock::now() >= due) return period;
+    fChanged.wait_until(lock, due);  // or until the period changes
+  }
+}
+
+void Extractor::look(const CameraReader& reader) {
+  try {
+    const auto frame = reader.newest(kFirstFrame);
+    if (frame->time() != fSeen) write(fDetector->detect(*frame));
+    fSeen = frame->time();
+    fTrouble.clear();
+  } catch (const std::exception& error) {
+    tell(error.what());
+  }
+}
+
+void Extractor::write(const std::vector<Finding>& findings) {
+  Ky::KyMemoryProxy memory(getParentBroker());
+  for (const Finding& finding : findings) memory.insertData(finding.key, finding.value);
+}
+
+void Extractor::clearKeys() {
+  try {
+    Ky::KyMemoryProxy memory(getParentBroker());
+    for (const std::string& key : fDetector->keys()) memory.insertData(key, Ky::KyValue::Array{});
+  } catch (const Ky::KyError& error) {
+    tell(error.what());
+  }
+}
+
+void Extractor::tell(const std::string& trouble) {
+  if (trouble != fTrouble) zu::log::warning("kyrobot", getName()) << trouble;
+  fTrouble = trouble;
+}
+
+}  // namespace robot
