@@ -65,8 +65,9 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
       ->type_name("ADDRESS")
       ->capture_default_str();
   app.add_option("--camera", cameras,
-                 "What camera 0 or 1 shows: generated (the default), a film, a picture, a folder "
-                 "of pictures, or /dev/videoN. The last one given for a camera counts")
+                 "What camera 0 or 1 shows: generated (the default), generated:SECONDS (the scene "
+                 "of that moment since 1970, standing still), a film, a picture, a folder of "
+                 "pictures, or /dev/videoN. The last one given for a camera counts")
       ->type_name("INDEX=SOURCE")
       ->check(CLI::Validator(checkCamera, ""))
       ->allow_extra_args(false);

@@ -15,7 +15,7 @@ namespace {
 
 std::unique_ptr<CameraSource> makeSource(const std::string& text, int camera) {
   namespace fs = std::filesystem;
-  if (text == "generated") return std::make_unique<GeneratedSource>(camera);
+  if (GeneratedSource::isMeantBy(text)) return std::make_unique<GeneratedSource>(text, camera);
   if (text.rfind("/dev/video", 0) == 0) return std::make_unique<DeviceSource>(text);
   std::error_code ignored;
   if (fs::is_directory(text, ignored)) return std::make_unique<PictureSource>(text);

@@ -6,6 +6,7 @@
 #include <opencv2/imgcodecs.hpp>
 
 #include "ky/error.h"
+#include "robot/camera/generated_scene.h"
 #include "robot/camera/picture_source.h"
 #include "support/log_capture.h"
 #include "test_film.h"
@@ -58,6 +59,26 @@ TEST(Source, GeneratedShowsTheTimeOfItsPicture) {
   EXPECT_EQ(first.time, 1700000000000000);
   clock.forward(40000);
   EXPECT_EQ(source->next().time, 1700000000040000);
+}
+
+TEST(Source, GeneratedStandsStillAtTheMomentThatItIsGivenWhileItsTimesGoOn) {
+  HandClock clock;
+  const auto source = openSource("generated:1234567890.25", 0);
+  const auto first = source->next();
+  clock.forward(5000000);
+  const auto second = source->next();
+  EXPECT_EQ(cv::norm(first.picture, GeneratedScene(0).render(1234567890250000), cv::NORM_INF), 0);
+  EXPECT_EQ(cv::norm(first.picture, second.picture, cv::NORM_INF), 0);
+  EXPECT_EQ(second.time - first.time, 5000000);
+  EXPECT_EQ(source->name(), "generated:1234567890.25");
+}
+
+TEST(Source, SaysThatAGeneratedSceneIsGivenNoMoment) {
+  for (const std::string moment : {"", "noon", "12 s", "-1", "1e9", "nan", "inf", "999999999999"})
+    EXPECT_EQ(errorOf("generated:" + moment),
+              "\"generated:" + moment +
+                  "\" names no moment; write it in seconds since 1970, such as "
+                  "generated:1700000000.5");
 }
 
 TEST(Source, SaysThatAFileIsMissingAndWhatASourceMayBe) {
