@@ -18,7 +18,7 @@ target_compile_definitions(msgpack INTERFACE MSGPACK_NO_BOOST)
 # OpenCV, one target a module: opencv::core, opencv::imgproc, ... Its own CMake files come only with
 # a package that drags in every module there is.
 find_path(OPENCV_INCLUDE opencv2/core.hpp PATH_SUFFIXES opencv4 REQUIRED)
-foreach(module core imgproc imgcodecs videoio)
+foreach(module core imgproc imgcodecs videoio objdetect features2d calib3d)
   find_library(OPENCV_${module} opencv_${module} REQUIRED)
   add_library(opencv::${module} UNKNOWN IMPORTED)
   set_target_properties(opencv::${module} PROPERTIES
