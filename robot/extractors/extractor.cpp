@@ -37,13 +37,19 @@ Extractor::Extractor(boost::shared_ptr<Ky::KyBroker> broker, std::shared_ptr<Cam
   setModuleDescription("Looks for " + what + " in the camera's pictures and writes them under " +
                        keys + " in KyMemory, while somebody is subscribed.");
 
-  functionName("subscribe", getName(), "Begins to look. Subscribing again changes the period.");
+  functionName(
+      "subscribe", getName(),
+      "Begins to look. Whoever subscribes again under the same name is still one subscriber, "
+      "with the shorter of the two periods.");
   addParam("name", "of the subscriber");
   addParam("period", "milliseconds between two looks; 0: as often as possible");
   addParam("precision", "0 to 1; this robot always looks as carefully as it can");
   bindMethod(&Extractor::subscribe);
 
-  functionName("unsubscribe", getName(), "Ends what subscribe() began.");
+  functionName(
+      "unsubscribe", getName(),
+      "Ends what subscribe() began, however often it was called. A name that is not subscribed "
+      "is no error.");
   addParam("name", "of the subscriber");
   bindMethod(&Extractor::unsubscribe);
 }
@@ -57,12 +63,13 @@ void Extractor::subscribe(const Ky::KyPeer& caller, const std::string& name, int
 }
 
 void Extractor::unsubscribe(const Ky::KyPeer& caller, const std::string& name) {
-  bool gone = false;
-  change([&] {
-    fSubscriptions.remove(caller, name);
-    gone = !fSubscriptions.has(caller);
-  });
-  if (gone) subscriberGone(caller);
+  change([&] { fSubscriptions.remove(caller, name); });
+  if (!isSubscribed(caller)) subscriberGone(caller);
+}
+
+bool Extractor::isSubscribed(const Ky::KyPeer& peer) {
+  const std::lock_guard guard(fMutex);
+  return fSubscriptions.has(peer);
 }
 
 void Extractor::init() {
@@ -99,6 +106,11 @@ void Extractor::run() {
   }
 }
 
+bool Extractor::isStopping() {
+  const std::lock_guard guard(fMutex);
+  return fStop;
+}
+
 bool Extractor::waitForSubscriber() {
   std::unique_lock lock(fMutex);
   fChanged.wait(lock, [&] { return fStop || fSubscriptions.period(); });
@@ -107,7 +119,7 @@ bool Extractor::waitForSubscriber() {
 
 void Extractor::watch() {
   const auto reader = fCameras->read(Wish());
-  Clock::time_point last{};
+  std::optional<Clock::time_point> last;
   while (const auto period = waitForTurn(last)) {
     last = Clock::now();
     if (const Wish wish = wishFor(*period); wish != reader->wish()) reader->setWish(wish);
@@ -115,12 +127,13 @@ void Extractor::watch() {
   }
 }
 
-std::optional<milliseconds> Extractor::waitForTurn(Clock::time_point last) {
+std::optional<milliseconds> Extractor::waitForTurn(std::optional<Clock::time_point> last) {
   std::unique_lock lock(fMutex);
   for (;;) {
     const auto period = fSubscriptions.period();
     if (fStop || !period) return std::nullopt;
-    const auto due = last + std::max(*period, kFastest);
+    if (!last) return period;
+    const auto due = *last + std::max(*period, kFastest);
     if (Clock::now() >= due) return period;
     fChanged.wait_until(lock, due);  // or until the period changes
   }
@@ -129,7 +142,8 @@ std::optional<milliseconds> Extractor::waitForTurn(Clock::time_point last) {
 void Extractor::look(const CameraReader& reader) {
   try {
     const auto frame = reader.newest(kFirstFrame);
-    if (frame->time() != fSeen) write(fDetector->detect(*frame));
+    if (frame->time() == fSeen) return;
+    write(fDetector->detect(*frame));
     fSeen = frame->time();
     fTrouble.clear();
   } catch (const std::exception& error) {
@@ -138,16 +152,21 @@ void Extractor::look(const CameraReader& reader) {
 }
 
 void Extractor::write(const std::vector<Finding>& findings) {
-  Ky::KyMemoryProxy memory(getParentBroker());
-  for (const Finding& finding : findings) memory.insertData(finding.key, finding.value);
+  try {
+    Ky::KyMemoryProxy memory(getParentBroker());
+    for (const Finding& finding : findings) memory.insertData(finding.key, finding.value);
+  } catch (const Ky::KyError& error) {
+    throw Ky::KyError(std::string("KyMemory doesn't take what was found: ") + error.what());
+  }
 }
 
 void Extractor::clearKeys() {
+  std::vector<Finding> nothing;
+  for (const std::string& key : fDetector->keys()) nothing.push_back({key, Ky::KyValue::Array{}});
   try {
-    Ky::KyMemoryProxy memory(getParentBroker());
-    for (const std::string& key : fDetector->keys()) memory.insertData(key, Ky::KyValue::Array{});
+    write(nothing);
   } catch (const Ky::KyError& error) {
-    tell(error.what());
+    if (!isStopping()) tell(error.what());  // when all stops, the memory may have gone first
   }
 }
 

@@ -38,8 +38,10 @@ class Extractor : public Ky::KyModule {
   void peerLeft(const Ky::KyPeer& peer) override;
 
  protected:
-  // Whoever left with all its subscriptions; for what a kind keeps per peer. Called on the call
-  // thread. The default does nothing.
+  // Call thread.
+  bool isSubscribed(const Ky::KyPeer& peer);
+  // A peer has no subscription any more, and maybe never had one: for what a kind keeps per peer.
+  // Called on the call thread. The default does nothing.
   virtual void subscriberGone(const Ky::KyPeer&) {}
 
  private:
@@ -48,10 +50,11 @@ class Extractor : public Ky::KyModule {
   template <class Change>
   void change(Change change);
   void run();
+  bool isStopping();
   bool waitForSubscriber();  // false: it is to end
   void watch();              // until nobody is subscribed
   // Returns the period when it is time to look again, nothing when nobody is subscribed.
-  std::optional<std::chrono::milliseconds> waitForTurn(Clock::time_point last);
+  std::optional<std::chrono::milliseconds> waitForTurn(std::optional<Clock::time_point> last);
   void look(const CameraReader& reader);
   void write(const std::vector<Finding>& findings);
   void clearKeys();

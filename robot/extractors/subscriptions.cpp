@@ -26,11 +26,12 @@ void Subscriptions::add(const Ky::KyPeer& peer, const std::string& name,
   if (!known && std::count_if(fPeriods.begin(), fPeriods.end(), ofPeer) >= kMaxOfPeer)
     throw KyError("there are " + std::to_string(kMaxOfPeer) +
                   " subscriptions already; unsubscribe first");
-  fPeriods[{peer.id, name}] = period;
+  auto& kept = fPeriods.try_emplace({peer.id, name}, period).first->second;
+  kept = std::min(kept, period);
 }
 
 void Subscriptions::remove(const Ky::KyPeer& peer, const std::string& name) {
-  if (fPeriods.erase({peer.id, name}) == 0) throw KyError("\"" + name + "\" is not subscribed");
+  fPeriods.erase({peer.id, name});
 }
 
 void Subscriptions::removeAllOf(const Ky::KyPeer& peer) {

@@ -15,13 +15,13 @@ namespace robot {
 // thread-safe.
 class Subscriptions {
  public:
-  // Replaces the subscriber's earlier period. Throws KyError: a period below 0, a name that is
-  // empty or too long, too many subscriptions of one peer.
+  // A subscriber that is there already keeps the shorter of the two periods: a desktop that watches
+  // two kinds of things in one module subscribes twice, at different periods. Throws KyError: a
+  // period below 0, a name that is empty or too long, too many subscriptions of one peer.
   void add(const Ky::KyPeer& peer, const std::string& name, std::chrono::milliseconds period);
-  // Throws KyError when there is no such subscriber.
+  // Of a subscriber that is not there: does nothing, since that desktop also ends it twice.
   void remove(const Ky::KyPeer& peer, const std::string& name);
   void removeAllOf(const Ky::KyPeer& peer);
-  void clear() { fPeriods.clear(); }
 
   bool has(const Ky::KyPeer& peer) const;
   // The shortest period that somebody wants; none without subscribers.
