@@ -16,7 +16,13 @@ constexpr const char* kBrokerName = "ky";
 // keys make, keys show, keys trust NAME KEY
 void addKeysCommands(CLI::App& app, std::ostream& out);
 
-// ping, list, call MODULE.METHOD [JSON...]
+// ping, list [MODULE], call MODULE.METHOD [JSON...]
 void addRobotCommands(CLI::App& app, std::ostream& out);
+
+// memory list [PREFIX], memory get KEY, memory set KEY JSON, memory remove KEY, memory watch KEY
+void addMemoryCommands(CLI::App& app, std::ostream& out);
+
+// draw KEY FIGURES
+void addDrawCommand(CLI::App& app);
 
 }  // namespace cli

@@ -41,7 +41,33 @@ Ky::KyValue fromJson(const Json& json, int depth) {
   }
 }
 
+Json asJson(const Ky::KyValue& value) {
+  switch (value.type()) {
+    case Ky::KyType::Nothing:
+      return nullptr;
+    case Ky::KyType::Bool:
+      return value.asBool();
+    case Ky::KyType::Int:
+      return value.asInt64();
+    case Ky::KyType::Float:
+      return value.asDouble();
+    case Ky::KyType::String:
+      return value.asString();
+    case Ky::KyType::Binary:
+      return value.toString();
+    case Ky::KyType::Array:
+      break;
+  }
+  Json elements = Json::array();
+  for (const Ky::KyValue& element : value.asArray()) elements.push_back(asJson(element));
+  return elements;
+}
+
 }  // namespace
+
+std::string toJson(const Ky::KyValue& value) {
+  return asJson(value).dump(-1, ' ', false, Json::error_handler_t::replace);
+}
 
 Ky::KyValue parseJson(const std::string& text) {
   const Json json = Json::parse(text, nullptr, false);

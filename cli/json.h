@@ -1,4 +1,4 @@
-// JSON text to values of the runtime.
+// JSON text to values of the runtime, and back.
 #pragma once
 
 #include <string>
@@ -10,5 +10,9 @@ namespace cli {
 // null, booleans, integers of 64 bits, other numbers, strings and arrays of these. Throws WrongUse
 // that quotes `text` and says what is wrong with it.
 Ky::KyValue parseJson(const std::string& text);
+
+// On one line. What JSON has no word for: a float that is no number is null, a binary is the
+// string "<N bytes>", bytes that are not UTF-8 are U+FFFD.
+std::string toJson(const Ky::KyValue& value);
 
 }  // namespace cli

@@ -13,11 +13,15 @@ namespace {
 constexpr const char* kExamples = R"(
 Examples:
   ky list
-      The modules of the robot on this computer.
+      The modules of the robot on this computer; "ky list KyMemory" its methods.
   ky ping --robot 192.168.1.20
       Whether a robot answers, and how fast.
-  ky call KyMemory.insertData '"greeting"' '["hello", 3, 0.5]'
+  ky call KyVideoDevice.getParam 0
       Calls a method; every argument is JSON.
+  ky memory set greeting '["hello", 3, 0.5]'
+      Writes a value into the robot's memory; get, watch, list and remove are there too.
+  ky draw MyFigures '[[0.5, 0.7, 20, 2, 0, 0, 0, 0, "this is a test"]]'
+      Draws over the picture of the viewer.
   ky keys make
       Makes this computer's keys, for robots that others can reach.
 
@@ -27,11 +31,13 @@ docs/howto/ tells more.)";
 
 int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
   zu::log::setConsoleLevel(zu::log::Level::error);
-  CLI::App app("A robot's modules and the keys to it, from a shell.", "ky");
+  CLI::App app("A robot's modules, memory and the keys to it, from a shell.", "ky");
   app.set_version_flag("--version", std::string("ky ") + KY_CLI_VERSION);
   app.require_subcommand(0, 1);
   addKeysCommands(app, out);
   addRobotCommands(app, out);
+  addMemoryCommands(app, out);
+  addDrawCommand(app);
   app.footer(kExamples);  // after the commands, which would inherit it
   try {
     app.parse(argc, argv);

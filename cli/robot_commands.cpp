@@ -8,61 +8,91 @@
 #include "cli/commands.h"
 #include "cli/json.h"
 #include "cli/ky_command.h"
-#include "ky/broker.h"
+#include "cli/robot_connection.h"
 
 namespace cli {
 namespace {
 
 struct Options {
-  std::string robot = Ky::KyAddress{}.toString();
-  std::string keys;
+  RobotOptions robot;
+  std::string module;
   std::string target;
   std::vector<std::string> arguments;
 };
 
-// A connection to the robot that ends with the command.
-class Connection {
- public:
-  explicit Connection(const Options& options) : fBroker(Ky::KyBroker::create(reach(options))) {}
-  ~Connection() { fBroker->shutdown(); }
-  Connection(const Connection&) = delete;
-  Connection& operator=(const Connection&) = delete;
-
-  Ky::KyBroker* operator->() const { return fBroker.get(); }
-
- private:
-  // With keys when they are given, and beyond this computer when there are any: as Lookout does.
-  static Ky::KyBrokerOptions reach(const Options& options) {
-    Ky::KyBrokerOptions result;
-    result.name = kBrokerName;
-    try {
-      result.parent = Ky::KyAddress::parse(options.robot);
-    } catch (const Ky::KyError& error) {
-      throw WrongUse(std::string("--robot: ") + error.what());
-    }
-    if (!options.keys.empty()) {
-      result.keys = options.keys;
-    } else if (const Ky::KyKeyStore own(Ky::KyKeyStore::defaultFolder());
-               !result.parent->isLoopback() && own.exists()) {
-      result.keys = own.folder();
-    }
-    return result;
-  }
-
-  boost::shared_ptr<Ky::KyBroker> fBroker;
-};
-
 void ping(const Options& options, std::ostream& out) {
-  const Connection robot(options);
+  const RobotConnection robot(options.robot);
+  const std::string address = robot->address().toString();
   const auto start = std::chrono::steady_clock::now();
   robot->moduleNames();
   const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - start;
-  out << robot->address().toString() << " answered in " << time.count() << " ms\n";
+  if (options.robot.json)
+    out << toJson(Ky::KyValue::Array{address, time.count()}) << "\n";
+  else
+    out << address << " answered in " << time.count() << " ms\n";
+}
+
+// Name and description.
+using Described = std::pair<std::string, std::string>;
+
+void print(const std::vector<Described>& rows, bool json, std::ostream& out) {
+  Ky::KyValue::Array array;
+  std::size_t width = 0;
+  for (const auto& [name, description] : rows) {
+    array.push_back(Ky::KyValue::Array{name, description});
+    width = std::max(width, name.size());
+  }
+  if (json) {
+    out << toJson(array) << "\n";
+    return;
+  }
+  for (const auto& [name, description] : rows) {
+    // What is written over several lines stands under its own beginning.
+    std::string text = description;
+    for (auto at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1))
+      text.insert(at + 1, width + 2, ' ');
+    out << name << std::string(width + 2 - name.size(), ' ') << text << "\n";
+  }
+}
+
+// "insertData(key: string, value: value)", "getData(key: string) -> value"
+std::string signature(const Ky::KyValue& help) {
+  std::string text = help[0].asString() + "(";
+  for (const Ky::KyValue& parameter : help[2].asArray())
+    text +=
+        (text.back() == '(' ? "" : ", ") + parameter[0].asString() + ": " + parameter[1].asString();
+  const std::string& result = help[3][1].asString();
+  return text + ")" + (result == "nothing" ? "" : " -> " + result);
+}
+
+std::vector<Described> methodsOf(const RobotConnection& robot, const std::string& module) {
+  std::vector<Described> rows;
+  const Ky::KyValue names = robot->call(module, "getMethodList", {});
+  for (const Ky::KyValue& name : names.asArray()) {
+    const Ky::KyValue help = robot->call(module, "getMethodHelp", {name});
+    rows.emplace_back(signature(help), help[1].asString());
+  }
+  return rows;
+}
+
+std::vector<Described> modulesOf(const RobotConnection& robot) {
+  std::vector<Described> rows;
+  for (const std::string& name : robot->moduleNames()) {
+    std::string description;
+    try {
+      description = robot->call(name, "getModuleHelp", {})[0].asString();
+    } catch (const Ky::KyError& error) {
+      description = std::string("(says nothing of itself: ") + error.what() + ")";
+    }
+    rows.emplace_back(name, description);
+  }
+  return rows;
 }
 
 void list(const Options& options, std::ostream& out) {
-  const Connection robot(options);
-  for (const std::string& name : robot->moduleNames()) out << name << "\n";
+  const RobotConnection robot(options.robot);
+  print(options.module.empty() ? modulesOf(robot) : methodsOf(robot, options.module),
+        options.robot.json, out);
 }
 
 void call(const Options& options, std::ostream& out) {
@@ -72,9 +102,9 @@ void call(const Options& options, std::ostream& out) {
   Ky::KyValue::Array arguments;
   arguments.reserve(options.arguments.size());
   for (const std::string& text : options.arguments) arguments.push_back(parseJson(text));
-  const Connection robot(options);
-  out << robot->call(options.target.substr(0, dot), options.target.substr(dot + 1), arguments)
-             .toString()
+  const RobotConnection robot(options.robot);
+  out << toJson(
+             robot->call(options.target.substr(0, dot), options.target.substr(dot + 1), arguments))
       << "\n";
 }
 
@@ -83,18 +113,15 @@ void call(const Options& options, std::ostream& out) {
 void addRobotCommands(CLI::App& app, std::ostream& out) {
   const auto options = std::make_shared<Options>();
   const auto add = [&](const char* name, const char* description, auto run) -> CLI::App& {
-    CLI::App& command = *app.add_subcommand(name, description);
-    command.add_option("--robot", options->robot, "The robot")
-        ->type_name("HOST:PORT")
-        ->capture_default_str();
-    command.add_option("--keys", options->keys, "Folder of the keys")->type_name("DIR");
+    CLI::App& command = addRobotCommand(app, name, description, options->robot);
     command.callback([options, &out, run] { run(*options, out); });
     return command;
   };
 
   add("ping", "Ask a robot for a sign of life", ping);
-  add("list", "List a robot's modules", list);
-  CLI::App& caller = add("call", "Call a method of a module and print its result", call);
+  add("list", "List a robot's modules, or the methods of one", list)
+      .add_option("MODULE", options->module, "Whose methods to list");
+  CLI::App& caller = add("call", "Call a method of a module and print its result as JSON", call);
   caller.add_option("MODULE.METHOD", options->target, "What to call")->required();
   // Not as an option of several values: those take "[1, 2]" apart.
   caller.allow_extras();

@@ -10,6 +10,7 @@
 namespace {
 
 using cli::parseJson;
+using cli::toJson;
 using Ky::KyValue;
 
 std::string complaint(const std::string& text) {
@@ -46,8 +47,15 @@ TEST(Json, TheIntegersOf64BitsFitAndNoOthers) {
 }
 
 TEST(Json, WhatAValuePrintsIsReadBackTheSame) {
-  const KyValue value = KyValue::array({KyValue(), true, -3, 0.25, "a \"b\" \n", KyValue::array()});
-  EXPECT_EQ(parseJson(value.toString()), value);
+  const KyValue value =
+      KyValue::array({KyValue(), true, -3, 0.25, 2.0, "a \"b\" \n", KyValue::array()});
+  EXPECT_EQ(parseJson(toJson(value)), value);
+}
+
+TEST(Json, WhatJsonHasNoWordForIsPrintedAsWhatComesClosest) {
+  EXPECT_EQ(toJson(std::numeric_limits<double>::quiet_NaN()), "null");
+  EXPECT_EQ(toJson(Ky::KyBinary::copyOf("abc", 3)), "\"<3 bytes>\"");
+  EXPECT_EQ(toJson("\xff"), "\"\ufffd\"");
 }
 
 TEST(Json, TextWithoutQuotesIsRefusedWithAHint) {

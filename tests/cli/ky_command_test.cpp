@@ -16,6 +16,8 @@
 
 namespace {
 
+using Calls = std::vector<std::string>;
+
 struct Result {
   int code;
   std::string out;
@@ -41,7 +43,7 @@ void expectWrongUse(const Result& result, const std::string& complaint) {
 TEST(KyCommand, HelpExplainsEveryCommandAndSucceeds) {
   const Result result = ky({"--help"});
   EXPECT_EQ(result.code, 0);
-  for (const char* word : {"keys", "ping", "list", "call", "Examples:"})
+  for (const char* word : {"keys", "ping", "list", "call", "memory", "draw", "Examples:"})
     EXPECT_NE(result.out.find(word), std::string::npos) << word;
   EXPECT_EQ(ky({"call", "--help"}).code, 0);
 }
@@ -100,11 +102,94 @@ TEST_F(KyCommandOnRobot, PingSaysWhoAnsweredAndHowFast) {
   EXPECT_NE(result.out.find(" ms\n"), std::string::npos) << result.out;
 }
 
-TEST_F(KyCommandOnRobot, ListPrintsEveryModuleOnALineOfItsOwn) {
-  const auto other = Ky::KyModule::createModule<ScriptedModule>(fBroker, "Alpha", fCalls);
+// A module with a method that explains itself.
+class Adder : public Ky::KyModule {
+ public:
+  explicit Adder(boost::shared_ptr<Ky::KyBroker> broker) : KyModule(std::move(broker), "Adder") {
+    setModuleDescription("Adds.\nAnd no more.");
+    functionName("add", getName(), "The sum.");
+    addParam("a", "one number");
+    addParam("b", "another");
+    setReturn("sum", "of both");
+    bindMethod(&Adder::add);
+  }
+  int add(int a, int b) { return a + b; }
+};
+
+TEST_F(KyCommandOnRobot, ListPrintsEveryModuleWithItsDescription) {
+  const auto adder = Ky::KyModule::createModule<Adder>(fBroker);
   const Result result = onRobot({"list"});
   EXPECT_EQ(result.code, 0) << result.err;
-  EXPECT_NE(("\n" + result.out).find("\nAlpha\nKyMemory\n"), std::string::npos) << result.out;
+  EXPECT_NE(("\n" + result.out).find("\nAdder     Adds.\n          And no more.\nKyMemory  "),
+            std::string::npos)
+      << result.out;
+}
+
+TEST_F(KyCommandOnRobot, ListOfAModulePrintsItsMethods) {
+  const auto adder = Ky::KyModule::createModule<Adder>(fBroker);
+  const Result result = onRobot({"list", "Adder"});
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_NE(result.out.find("\nadd(a: int, b: int) -> int "), std::string::npos) << result.out;
+  EXPECT_NE(result.out.find("  The sum.\n"), std::string::npos) << result.out;
+  EXPECT_EQ(onRobot({"list", "Nobody"}).err,
+            "ky: Nobody.getMethodList: the robot has no module of this name\n");
+}
+
+TEST_F(KyCommandOnRobot, WithJsonEveryResultIsOneLineOfJson) {
+  const auto adder = Ky::KyModule::createModule<Adder>(fBroker);
+  EXPECT_EQ(onRobot({"list", "--json"}).out.find("[[\"Adder\",\"Adds.\\nAnd no more.\"],"), 0u);
+  EXPECT_EQ(onRobot({"ping", "--json"}).out.find("[\"" + fBroker->address().toString() + "\","),
+            0u);
+  fMemory->answer("getDataList", Ky::KyValue::array({"a", "b"}));
+  EXPECT_EQ(onRobot({"memory", "list", "--json"}).out, "[\"a\",\"b\"]\n");
+}
+
+TEST_F(KyCommandOnRobot, MemoryListPrintsTheKeysThatBeginSo) {
+  fMemory->answer("getDataList", Ky::KyValue::array({"ab", "abc"}));
+  EXPECT_EQ(onRobot({"memory", "list", "ab"}).out, "ab\nabc\n");
+  EXPECT_EQ(fCalls->calls(), Calls({"KyMemory.getDataList(\"ab\")"}));
+}
+
+TEST_F(KyCommandOnRobot, MemoryGetsSetsAndRemovesValues) {
+  fMemory->answer("getData", Ky::KyValue::array({1, 2.0}));
+  fMemory->answer("insertData", Ky::KyValue());
+  fMemory->answer("removeData", Ky::KyValue());
+  EXPECT_EQ(onRobot({"memory", "get", "key"}).out, "[1,2.0]\n");
+  EXPECT_EQ(onRobot({"memory", "set", "key", "[1, \"two\"]"}).code, 0);
+  EXPECT_EQ(onRobot({"memory", "remove", "key"}).code, 0);
+  EXPECT_EQ(fCalls->calls(),
+            Calls({"KyMemory.getData(\"key\")", "KyMemory.insertData(\"key\", [1, \"two\"])",
+                   "KyMemory.removeData(\"key\")"}));
+}
+
+TEST_F(KyCommandOnRobot, MemoryWatchPrintsEachNewValueOnceAndWaitsForAKeyThatIsNotThere) {
+  int asked = 0;
+  fMemory->answer("getDataList", Ky::KyValue::array({}));
+  fMemory->answer("getData", [&](const Ky::KyValue::Array&) -> Ky::KyValue {
+    if (++asked == 1) throw Ky::KyError("there is no data");
+    return asked < 4 ? Ky::KyValue(1) : Ky::KyValue(2);
+  });
+  const Result result = onRobot({"memory", "watch", "key", "--every", "0.001", "--count", "2"});
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_EQ(result.out, "1\n2\n");
+}
+
+TEST_F(KyCommandOnRobot, DrawWritesTheFiguresAndTellsTheViewer) {
+  fMemory->answer("insertData", Ky::KyValue());
+  const auto viewer = Ky::KyModule::createModule<ScriptedModule>(fBroker, "Periscope", fCalls);
+  viewer->answer("subscribeLog", Ky::KyValue());
+  const std::string figures = "[[0.5, 0.7, 20, 2, 0, 0, 0, 0, \"this is a test\"]]";
+  EXPECT_EQ(onRobot({"draw", "myObjects", figures}).code, 0);
+  EXPECT_EQ(fCalls->calls(), Calls({"KyMemory.insertData(\"myObjects\", " + figures + ")",
+                                    "Periscope.subscribeLog(\"myObjects\")"}));
+}
+
+TEST_F(KyCommandOnRobot, DrawRefusesWhatTheViewerCouldNotDraw) {
+  for (const char* figures :
+       {"7", "[7]", "[[0.5, 0.7, 20, 2, 0, 0, 0, 0]]", "[[0.5, 0.7, 20, 2.5, 0, 0, 0, 0, \"\"]]",
+        "[[\"x\", 0.7, 20, 2, 0, 0, 0, 0, \"\"]]", "[[0.5, 0.7, 20, 2, 0, 0, 0, 0, 1]]"})
+    EXPECT_EQ(onRobot({"draw", "myObjects", figures}).code, 2) << figures;
+  EXPECT_TRUE(fCalls->calls().empty());
 }
 
 TEST_F(KyCommandOnRobot, CallPassesJsonOnAndPrintsTheResultAsJson) {
@@ -113,8 +198,7 @@ TEST_F(KyCommandOnRobot, CallPassesJsonOnAndPrintsTheResultAsJson) {
   });
   const Result result = onRobot({"call", "KyMemory.swap", "[1, -2.5, \"three\"]", "-4"});
   EXPECT_EQ(result.code, 0) << result.err;
-  const auto expected = Ky::KyValue::array({-4, Ky::KyValue::array({1, -2.5, "three"})});
-  EXPECT_EQ(result.out, expected.toString() + "\n");
+  EXPECT_EQ(result.out, "[-4,[1,-2.5,\"three\"]]\n");
 }
 
 TEST_F(KyCommandOnRobot, CallPrintsTheRobotsErrorAndFailsWith1) {
