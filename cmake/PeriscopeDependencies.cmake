@@ -8,6 +8,8 @@ find_package(hwy REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(zmq REQUIRED IMPORTED_TARGET libzmq)
+pkg_check_modules(libcrypt REQUIRED IMPORTED_TARGET libcrypt)
+pkg_check_modules(libcurl REQUIRED IMPORTED_TARGET libcurl)
 
 # MessagePack's headers; they ask for Boost unless told not to.
 find_path(MSGPACK_INCLUDE msgpack.hpp REQUIRED)

@@ -38,10 +38,11 @@ function(periscope_target name)
   endif()
 endfunction()
 
-# periscope_test(NAME SOURCES a.cpp.. LIBRARIES x.. [LABELS threads ..])
-# One test program; each of its tests is a test of its own, in a process of its own.
+# periscope_test(NAME SOURCES a.cpp.. LIBRARIES x.. [LABELS threads ..] [OWN_NETWORK])
+# One test program; each of its tests is a test of its own, in a process of its own. OWN_NETWORK: in
+# which it is alone and may use every port, see tests/support/own_network.cpp.
 function(periscope_test name)
-  cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES;LABELS" ${ARGN})
+  cmake_parse_arguments(arg "OWN_NETWORK" "" "SOURCES;LIBRARIES;LABELS" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
   periscope_target(${name})
   set_target_properties(${name} PROPERTIES AUTOMOC ON)
@@ -57,6 +58,11 @@ function(periscope_test name)
   endif()
   if("threads" IN_LIST arg_LABELS)
     add_dependencies(thread-tests ${name})
+  endif()
+  if(arg_OWN_NETWORK)
+    add_dependencies(${name} own-network)
+    set_target_properties(${name} PROPERTIES
+      CROSSCOMPILING_EMULATOR ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/own-network)
   endif()
   gtest_discover_tests(${name}
     TEST_PREFIX "${name}."
