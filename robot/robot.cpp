@@ -31,9 +31,7 @@ constexpr ModuleKind kModules[] = {
     {"KyMemory", [](const Parts& parts) { KyModule::createModule<Memory>(parts.broker); }},
     {"KyLauncher", [](const Parts& parts) { KyModule::createModule<Launcher>(parts.broker); }},
     {"KyVideoDevice",
-     [](const Parts& parts) {
-       KyModule::createModule<VideoDevice>(parts.broker, parts.cameras, parts.options.cameraModel);
-     }},
+     [](const Parts& parts) { KyModule::createModule<VideoDevice>(parts.broker, parts.cameras); }},
 };
 
 void makeHome(const std::filesystem::path& home) {
@@ -72,8 +70,10 @@ std::vector<std::string> moduleNames() {
 
 Robot::Robot(const Options& options) {
   makeHome(options.home);
-  fCameras = std::make_shared<Cameras>(std::array<std::unique_ptr<CameraSource>, kCameras>{
-      openCamera(options, 0), openCamera(options, 1)});
+  fCameras = std::make_shared<Cameras>(
+      std::array<std::unique_ptr<CameraSource>, kCameras>{openCamera(options, 0),
+                                                          openCamera(options, 1)},
+      options.cameraModel);
   fBroker = listen(options);
   for (const ModuleKind& kind : kModules)
     if (options.without.count(kind.name) == 0) kind.create({fBroker, fCameras, options});

@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "ky/error.h"
+#include "robot/camera/automatic_modes.h"
 #include "robot/camera/pixels.h"
 #include "zu/log.h"
 
@@ -21,8 +22,12 @@ int fastest(const std::vector<Wish>& wishes) {
 
 }  // namespace
 
-Camera::Camera(int index, std::unique_ptr<CameraSource> source)
-    : fIndex(index), fSource(std::move(source)), fThread([this] { run(); }) {
+Camera::Camera(int index, std::unique_ptr<CameraSource> source, int model)
+    : fIndex(index),
+      fSource(std::move(source)),
+      fSourceControls(fSource->controls()),
+      fParameters(model),
+      fThread([this] { run(); }) {
 }
 
 Camera::~Camera() {
@@ -44,9 +49,22 @@ void Camera::setWishes(std::vector<Wish> wishes) {
   fChanged.notify_all();
 }
 
-void Camera::setControls(const PictureControls& controls) {
-  const std::lock_guard guard(fMutex);
-  fControls = controls;
+int Camera::getParameter(int id) const {
+  std::unique_lock lock(fMutex);
+  const ParameterRange range = fParameters.range(id);
+  const int value = fParameters.get(id);
+  lock.unlock();  // a device may take its time
+  return fSourceControls == nullptr ? value : fSourceControls->get(range).value_or(value);
+}
+
+void Camera::setParameter(int id, int value) {
+  std::unique_lock lock(fMutex);
+  fParameters.check(id, value);
+  const ParameterRange range = fParameters.range(id);
+  lock.unlock();
+  if (fSourceControls != nullptr && fSourceControls->set(range, value)) return;
+  lock.lock();
+  fParameters.set(id, value);
 }
 
 std::shared_ptr<const Frame> Camera::newest(std::chrono::milliseconds patience) const {
@@ -92,21 +110,26 @@ bool Camera::waitForTurn(std::unique_lock<std::mutex>& lock) {
   return false;
 }
 
-std::shared_ptr<const Frame> Camera::shoot(const PictureControls& controls,
-                                           const std::vector<Wish>& wishes) {
+// What to do to a picture, now that the automatic modes have seen it.
+PictureControls Camera::tune(const cv::Mat& picture) {
+  const std::lock_guard guard(fMutex);
+  if (isAutomatic(fParameters)) adapt(fParameters, meanColour(picture));
+  return fParameters.controls();
+}
+
+std::shared_ptr<const Frame> Camera::shoot(const std::vector<Wish>& wishes) {
   const SourcePicture taken = fSource->next();
-  const cv::Mat picture = controls.apply(fitToCanvas(taken.picture));
-  auto frame = std::make_shared<Frame>(picture, taken.time, fIndex);
+  auto frame =
+      std::make_shared<Frame>(fitToCanvas(taken.picture), taken.time, fIndex, tune(taken.picture));
   for (const Wish& wish : wishes) frame->pixels(wish.format);
   return frame;
 }
 
 void Camera::takeOne(std::unique_lock<std::mutex>& lock) {
-  const PictureControls controls = fControls;
   const std::vector<Wish> wishes = fWishes;
   lock.unlock();
   try {
-    auto frame = shoot(controls, wishes);
+    auto frame = shoot(wishes);
     lock.lock();
     ++fTaken;
     // The one before is released outside the lock.

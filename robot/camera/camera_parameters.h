@@ -2,7 +2,6 @@
 #pragma once
 
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,19 +30,34 @@ class CameraParameters {
   // `model`: 1 or 2.
   explicit CameraParameters(int model);
 
-  // Both throw KyError for a parameter that this model has not; set() also for a value out of
-  // range.
+  int model() const { return fModel; }
+  bool has(int id) const { return fParameters.count(id) != 0; }
+
+  // These throw KyError for a parameter that this model lacks and for one that there is not;
+  // check() and set() also for a value out of range.
+  const ParameterRange& range(int id) const;
+  void check(int id, int value) const;
   int get(int id) const;
   void set(int id, int value);
 
+  // For the automatic modes, which move in smaller steps than a reader sees. The nearest value in
+  // range; the parameter exists.
+  void move(int id, double value);
+  double position(int id) const { return fParameters.at(id).position; }
+  // As get(), but 0 for what this model lacks.
+  bool isOn(int id) const { return has(id) && get(id) != 0; }
+
+  // What the values of now do to a picture.
   PictureControls controls() const;
 
  private:
-  const ParameterRange& require(int id) const;
+  struct Parameter {
+    ParameterRange range;
+    double position;
+  };
 
   int fModel;
-  std::map<int, ParameterRange> fRanges;
-  std::map<int, int> fValues;
+  std::map<int, Parameter> fParameters;
 };
 
 }  // namespace robot

@@ -2,9 +2,10 @@
 
 namespace robot {
 
-Cameras::Cameras(std::array<std::unique_ptr<CameraSource>, kCameras> sources) {
+Cameras::Cameras(std::array<std::unique_ptr<CameraSource>, kCameras> sources, int model)
+    : fModel(model) {
   for (std::size_t i = 0; i < sources.size(); ++i)
-    fCameras[i] = std::make_unique<Camera>(static_cast<int>(i), std::move(sources[i]));
+    fCameras[i] = std::make_unique<Camera>(static_cast<int>(i), std::move(sources[i]), model);
 }
 
 int Cameras::active() const {

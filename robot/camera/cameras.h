@@ -17,9 +17,10 @@ class CameraReader;
 // Thread-safe. Only the active camera takes pictures.
 class Cameras : public std::enable_shared_from_this<Cameras> {
  public:
-  // The sources are open.
-  explicit Cameras(std::array<std::unique_ptr<CameraSource>, kCameras> sources);
+  // The sources are open. `model` of both: 1 or 2.
+  explicit Cameras(std::array<std::unique_ptr<CameraSource>, kCameras> sources, int model = 1);
 
+  int model() const { return fModel; }
   int active() const;
   // `camera`: 0 or 1.
   void setActive(int camera);
@@ -32,6 +33,7 @@ class Cameras : public std::enable_shared_from_this<Cameras> {
   friend class CameraReader;
   void tellWishes();  // with fMutex held
 
+  const int fModel;
   mutable std::mutex fMutex;
   int fActive = 0;                      // guarded by fMutex
   std::vector<CameraReader*> fReaders;  // guarded by fMutex

@@ -10,7 +10,7 @@
 
 namespace robot {
 
-DeviceSource::DeviceSource(std::string path) : fPath(std::move(path)) {
+DeviceSource::DeviceSource(std::string path) : fPath(std::move(path)), fControls(fPath) {
 }
 
 void DeviceSource::open() {
@@ -23,6 +23,7 @@ void DeviceSource::open() {
   fCapture.set(cv::CAP_PROP_FRAME_WIDTH, 1280);
   fCapture.set(cv::CAP_PROP_FRAME_HEIGHT, 960);
   fCapture.set(cv::CAP_PROP_BUFFERSIZE, 1);
+  fControls.restore();
 }
 
 SourcePicture DeviceSource::next() {

@@ -3,6 +3,7 @@
 
 #include <opencv2/videoio.hpp>
 
+#include "robot/camera/device_controls.h"
 #include "robot/camera/source.h"
 
 namespace robot {
@@ -18,10 +19,12 @@ class DeviceSource : public CameraSource {
   SourcePicture next() override;
   std::chrono::microseconds period(int fps) const override;
   void rest() override;
+  SourceControls* controls() override { return &fControls; }
 
  private:
   std::string fPath;
   cv::VideoCapture fCapture;
+  DeviceControls fControls;
 };
 
 }  // namespace robot

@@ -8,7 +8,6 @@ namespace robot {
 namespace {
 
 cv::Mat resized(const cv::Mat& picture, cv::Size size) {
-  if (picture.size() == size) return picture;
   cv::Mat result;
   const bool smaller = size.width < picture.cols;
   cv::resize(picture, result, size, 0, 0, smaller ? cv::INTER_AREA : cv::INTER_LINEAR);
@@ -17,13 +16,20 @@ cv::Mat resized(const cv::Mat& picture, cv::Size size) {
 
 }  // namespace
 
-Frame::Frame(cv::Mat picture, std::int64_t time, int camera)
-    : fPicture(std::move(picture)), fTime(time), fCamera(camera) {
+Frame::Frame(cv::Mat picture, std::int64_t time, int camera, const PictureControls& controls)
+    : fTaken(std::move(picture)), fTime(time), fCamera(camera), fControls(controls) {
+}
+
+const cv::Mat& Frame::picture() const {
+  std::call_once(fPicture.flag, [&] { fPicture.value = fControls.apply(fTaken); });
+  return fPicture.value;
 }
 
 const cv::Mat& Frame::picture(int resolution) const {
+  if (fTaken.size() == sizeOf(resolution)) return picture();
   auto& once = fPictures.at(static_cast<std::size_t>(resolution));
-  std::call_once(once.flag, [&] { once.value = resized(fPicture, sizeOf(resolution)); });
+  std::call_once(once.flag,
+                 [&] { once.value = fControls.apply(resized(fTaken, sizeOf(resolution))); });
   return once.value;
 }
 

@@ -8,6 +8,7 @@
 
 #include "ky/binary.h"
 #include "robot/camera/image_format.h"
+#include "robot/camera/picture_controls.h"
 
 namespace robot {
 
@@ -16,12 +17,13 @@ namespace robot {
 class Frame {
  public:
   // `picture`: BGR, 4:3, not changed any more. `time`: of capture, microseconds since the epoch.
-  Frame(cv::Mat picture, std::int64_t time, int camera);
+  // `controls` are applied to each size when that is made: a small picture costs little.
+  Frame(cv::Mat picture, std::int64_t time, int camera, const PictureControls& controls = {});
 
   std::int64_t time() const { return fTime; }
   int camera() const { return fCamera; }
-  // BGR, as taken and in one of the resolutions. Not to be written to.
-  const cv::Mat& picture() const { return fPicture; }
+  // BGR, in the size as taken and in one of the resolutions. Not to be written to.
+  const cv::Mat& picture() const;
   const cv::Mat& picture(int resolution) const;
   const Ky::KyBinary& pixels(const ImageFormat& format) const;
 
@@ -32,9 +34,11 @@ class Frame {
     T value;
   };
 
-  cv::Mat fPicture;
+  cv::Mat fTaken;
   std::int64_t fTime;
   int fCamera;
+  PictureControls fControls;
+  mutable Once<cv::Mat> fPicture;
   mutable std::array<Once<cv::Mat>, kResolutions> fPictures;
   mutable std::array<Once<Ky::KyBinary>, kResolutions * 3> fPixels;
 };

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <opencv2/core.hpp>
+#include <optional>
 #include <string>
 
 namespace robot {
@@ -13,6 +14,21 @@ namespace robot {
 struct SourcePicture {
   cv::Mat picture;        // 8-bit BGR of any size
   std::int64_t time = 0;  // of capture, microseconds since the Unix epoch
+};
+
+struct ParameterRange;
+
+// What a source can do with a camera's parameters before it takes a picture. Thread-safe. The calls
+// throw KyError when the source is gone or refuses.
+class SourceControls {
+ public:
+  virtual ~SourceControls() = default;
+
+  // The value that is in force, within the parameter's range; nothing when the source can't do this
+  // parameter.
+  virtual std::optional<int> get(const ParameterRange& parameter) const = 0;
+  // False when the source can't do this parameter. `value` is in range.
+  virtual bool set(const ParameterRange& parameter, int value) = 0;
 };
 
 // Thread-bound: it may be made on one thread and used on another.
@@ -32,6 +48,8 @@ class CameraSource {
   virtual std::chrono::microseconds period(int fps) const = 0;
   // Nobody is watching: lets go of what costs. next() may follow at any time.
   virtual void rest() {}
+  // Null when its pictures come as they are. Lives as long as the source.
+  virtual SourceControls* controls() { return nullptr; }
 };
 
 // A source that takes any number of pictures is asked for twice as many as the fastest reader

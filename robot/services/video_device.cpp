@@ -48,12 +48,8 @@ bool isOfSubscription(int id) {
 
 }  // namespace
 
-VideoDevice::VideoDevice(boost::shared_ptr<Ky::KyBroker> broker, std::shared_ptr<Cameras> cameras,
-                         int model)
-    : KyModule(std::move(broker), "KyVideoDevice"),
-      fCameras(std::move(cameras)),
-      fModel(model),
-      fParameters{CameraParameters(model), CameraParameters(model)} {
+VideoDevice::VideoDevice(boost::shared_ptr<Ky::KyBroker> broker, std::shared_ptr<Cameras> cameras)
+    : KyModule(std::move(broker), "KyVideoDevice"), fCameras(std::move(cameras)) {
   setModuleDescription("The robot's cameras.");
   publishPictures();
   publishSettings();
@@ -116,33 +112,32 @@ bool VideoDevice::setActiveCamera(int camera) {
 }
 
 int VideoDevice::getCameraModelID() {
-  return fModel;
+  return fCameras->model();
 }
 
 int VideoDevice::getParam(const Ky::KyPeer& caller, int id) {
   return getParamOf(caller, id, fCameras->active());
 }
 
-int VideoDevice::getParamOf(const Ky::KyPeer& caller, int id, int camera) {
-  const CameraParameters& own = parameters(camera);
+int VideoDevice::getParamOf(const Ky::KyPeer& caller, int id, int index) {
+  const Camera& own = camera(index);
   if (id == kActiveCamera) return fCameras->active();
-  return isOfSubscription(id) ? wishParameter(caller, id) : own.get(id);
+  return isOfSubscription(id) ? wishParameter(caller, id) : own.getParameter(id);
 }
 
 void VideoDevice::setParam(const Ky::KyPeer& caller, int id, int value) {
   setParamOf(caller, id, value, fCameras->active());
 }
 
-void VideoDevice::setParamOf(const Ky::KyPeer& caller, int id, int value, int camera) {
-  CameraParameters& own = parameters(camera);
+void VideoDevice::setParamOf(const Ky::KyPeer& caller, int id, int value, int index) {
+  Camera& own = camera(index);
   if (id == kActiveCamera) {
     if (!setActiveCamera(value))
       throw KyError("there is no camera " + std::to_string(value) + "; 0 and 1 are there");
   } else if (isOfSubscription(id)) {
     setWishParameter(caller, id, value);
   } else {
-    own.set(id, value);
-    fCameras->camera(camera).setControls(own.controls());
+    own.setParameter(id, value);
   }
 }
 
@@ -174,10 +169,10 @@ std::vector<CameraReader*> VideoDevice::readersOf(const Ky::KyPeer& caller) cons
   return readers;
 }
 
-CameraParameters& VideoDevice::parameters(int camera) {
-  if (camera < 0 || camera >= kCameras)
-    throw KyError("there is no camera " + std::to_string(camera) + "; 0 and 1 are there");
-  return fParameters[static_cast<std::size_t>(camera)];
+Camera& VideoDevice::camera(int index) const {
+  if (index < 0 || index >= kCameras)
+    throw KyError("there is no camera " + std::to_string(index) + "; 0 and 1 are there");
+  return fCameras->camera(index);
 }
 
 int VideoDevice::wishParameter(const Ky::KyPeer& caller, int id) const {

@@ -1,14 +1,12 @@
 // The module "KyVideoDevice": the robot's cameras for everybody in its runtime.
 #pragma once
 
-#include <array>
 #include <map>
 #include <memory>
 #include <string>
 #include <utility>
 
 #include "ky/module.h"
-#include "robot/camera/camera_parameters.h"
 #include "robot/camera/cameras.h"
 
 namespace robot {
@@ -17,8 +15,7 @@ namespace robot {
 // their own. The methods run on the module's call thread.
 class VideoDevice : public Ky::KyModule {
  public:
-  // `model`: 1 or 2.
-  VideoDevice(boost::shared_ptr<Ky::KyBroker> broker, std::shared_ptr<Cameras> cameras, int model);
+  VideoDevice(boost::shared_ptr<Ky::KyBroker> broker, std::shared_ptr<Cameras> cameras);
 
   std::string subscribe(const Ky::KyPeer& caller, const std::string& name, int resolution,
                         int colorSpace, int fps);
@@ -49,13 +46,11 @@ class VideoDevice : public Ky::KyModule {
   std::string freeName() const;
   CameraReader* find(const Ky::KyPeer& caller, const std::string& name) const;
   std::vector<CameraReader*> readersOf(const Ky::KyPeer& caller) const;
-  CameraParameters& parameters(int camera);
+  Camera& camera(int index) const;
   int wishParameter(const Ky::KyPeer& caller, int id) const;
   void setWishParameter(const Ky::KyPeer& caller, int id, int value);
 
   const std::shared_ptr<Cameras> fCameras;
-  const int fModel;
-  std::array<CameraParameters, kCameras> fParameters;
   std::map<Subscriber, std::unique_ptr<CameraReader>> fReaders;
 };
 

@@ -48,6 +48,7 @@ TEST(CameraParameters, OfModelTwoHaveTheirRanges) {
   expectRanges(2, {{0, 0, 255},
                    {1, 0, 127},
                    {2, 0, 255},
+                   {3, 0, 0},
                    {6, 32, 255},
                    {7, 0, 1},
                    {8, 0, 1},
@@ -82,10 +83,33 @@ TEST(CameraParameters, BecomeControls) {
   parameters.set(kBrightness, 1);
   parameters.set(kContrast, 2);
   parameters.set(kHorizontalFlip, 1);
-  EXPECT_EQ(parameters.controls(), (PictureControls{1, 2, true, false}));
+  parameters.set(kSaturation, 3);
+  parameters.set(kHue, -4);
+  parameters.set(kExposure, 510);
+  parameters.set(kRedChroma, 0);
+  PictureControls expected;
+  expected.brightness = 1;
+  expected.contrast = 2;
+  expected.horizontalFlip = true;
+  expected.saturation = 3;
+  expected.hue = -4;
+  expected.light = 2;
+  expected.red = 0.5;
+  EXPECT_EQ(parameters.controls(), expected);
   parameters.set(kHorizontalFlip, 0);
   parameters.set(kVerticalFlip, 1);
-  EXPECT_EQ(parameters.controls(), (PictureControls{1, 2, false, true}));
+  expected.horizontalFlip = false;
+  expected.verticalFlip = true;
+  EXPECT_EQ(parameters.controls(), expected);
+}
+
+TEST(CameraParameters, OfModelTwoWarmWithWhiteBalanceAndGainInStepsOfAThirtySecond) {
+  CameraParameters parameters(2);
+  parameters.set(kGain, 64);
+  EXPECT_EQ(parameters.controls().light, 2);
+  parameters.set(kWhiteBalance, -36);
+  EXPECT_GT(parameters.controls().red, 1.3);
+  EXPECT_LT(parameters.controls().blue, 0.8);
 }
 
 }  // namespace

@@ -75,12 +75,10 @@ TEST(Camera, ShowsTheOtherCameraToTheSameReaderAfterASwitch) {
   EXPECT_EQ(cameras->active(), 1);
 }
 
-TEST(Camera, AppliesControlsToTheFramesThatFollow) {
+TEST(Camera, AppliesItsParametersToTheFramesThatFollow) {
   const auto cameras = generatedCameras();
-  PictureControls black;
-  black.contrast = 0;
-  black.brightness = 0;
-  cameras->camera(0).setControls(black);
+  cameras->camera(0).setParameter(kContrast, 0);
+  cameras->camera(0).setParameter(kBrightness, 0);
   const auto reader = cameras->read(kSmall);
   EXPECT_EQ(cv::countNonZero(reader->newest(20s)->picture().reshape(1)), 0);
 }

@@ -37,6 +37,17 @@ TEST(Frame, IsNotCopiedWhereItHasTheSizeAlready) {
   EXPECT_EQ(frame.picture(0).size(), cv::Size(160, 120));
 }
 
+TEST(Frame, AppliesItsControlsToEverySizeOnce) {
+  PictureControls doubled;
+  doubled.light = 2;
+  for (const cv::Size size : {cv::Size(1280, 960), cv::Size(768, 576)}) {
+    const Frame frame(plain(size), 5, 1, doubled);
+    EXPECT_EQ(frame.picture().at<cv::Vec3b>(5, 5), cv::Vec3b(20, 40, 60));
+    for (int resolution = 0; resolution < kResolutions; ++resolution)
+      EXPECT_EQ(frame.picture(resolution).at<cv::Vec3b>(5, 5), cv::Vec3b(20, 40, 60));
+  }
+}
+
 TEST(Frame, KeepsItsPixelsAliveInTheHandsOfAReader) {
   auto frame = std::make_unique<Frame>(plain({1280, 960}), 5, 1);
   const Ky::KyBinary pixels = frame->pixels({0, kGrey});

@@ -35,10 +35,11 @@ class InProcessRobot {
   }
 
   // Both cameras show the generated scene.
-  static std::shared_ptr<robot::Cameras> cameras() {
+  static std::shared_ptr<robot::Cameras> cameras(int model = 1) {
     return std::make_shared<robot::Cameras>(
         std::array<std::unique_ptr<robot::CameraSource>, robot::kCameras>{
-            robot::openSource("generated", 0), robot::openSource("generated", 1)});
+            robot::openSource("generated", 0), robot::openSource("generated", 1)},
+        model);
   }
 
  private:

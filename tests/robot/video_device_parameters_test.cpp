@@ -11,10 +11,11 @@ namespace {
 // A robot whose cameras are of one model, and a desktop.
 struct Bench {
   explicit Bench(int model)
-      : module(Ky::KyModule::createModule<VideoDevice>(robot.broker(), cameras, model)),
+      : cameras(InProcessRobot::cameras(model)),
+        module(Ky::KyModule::createModule<VideoDevice>(robot.broker(), cameras)),
         device(robot.connect()) {}
 
-  std::shared_ptr<Cameras> cameras = InProcessRobot::cameras();
+  std::shared_ptr<Cameras> cameras;
   InProcessRobot robot;
   boost::shared_ptr<VideoDevice> module;
   Ky::KyVideoDeviceProxy device;
@@ -46,11 +47,39 @@ TEST(VideoDeviceParameters, RefuseAnUnknownCamera) {
 
 TEST(VideoDeviceParameters, RefuseWhatTheModelLacks) {
   Bench bench(2);
-  for (const int id : {3, 4, 5, 13, 21}) {
-    const std::string text = "a camera of model 2 has no parameter " + std::to_string(id);
+  const std::pair<int, std::string> kLacking[] = {{4, "4 (red chroma)"},
+                                                  {5, "5 (blue chroma)"},
+                                                  {13, "13 (auto gain)"},
+                                                  {21, "21 (exposure correction)"}};
+  for (const auto& [id, name] : kLacking) {
+    const std::string text =
+        "a camera of model 2 has no parameter " + name + "; one of model 1 has";
     EXPECT_EQ(errorText([&] { bench.device.getParam(id, 0); }), text);
     EXPECT_EQ(errorText([&] { bench.device.setParam(id, 0, 0); }), text);
   }
+  Bench first(1);
+  EXPECT_EQ(errorText([&] { first.device.setParam(33, -50, 0); }),
+            "a camera of model 1 has no parameter 33 (white balance); one of model 2 has");
+}
+
+TEST(VideoDeviceParameters, RefuseWhatNoCameraHas) {
+  Bench bench(1);
+  for (const int id : {-1, 9, 10, 16, 19, 22, 34}) {
+    const std::string text = "cameras have no parameter " + std::to_string(id) +
+                             "; the ids are 0 to 8, 11 to 15, 17, 18, 20, 21 and 33";
+    EXPECT_EQ(errorText([&] { bench.device.getParam(id, 0); }), text);
+    EXPECT_EQ(errorText([&] { bench.device.setParam(id, 0); }), text);
+  }
+}
+
+TEST(VideoDeviceParameters, RefuseValuesOutOfRange) {
+  Bench bench(2);
+  EXPECT_EQ(errorText([&] { bench.device.setParam(6, 31, 1); }),
+            "parameter 6 (gain) can't be 31; it goes from 32 to 255");
+  EXPECT_EQ(errorText([&] { bench.device.setParam(3, 1, 0); }),
+            "parameter 3 (hue) can't be 1; it goes from 0 to 0");
+  EXPECT_EQ(bench.device.getParam(6, 1), 32);
+  EXPECT_EQ(bench.device.getParam(3, 0), 0) << "told, so that nobody has to know the model first";
 }
 
 TEST(VideoDeviceParameters, SwitchTheActiveCamera) {

@@ -15,7 +15,7 @@ class VideoDeviceTest : public testing::Test {
   std::shared_ptr<Cameras> fCameras = InProcessRobot::cameras();
   InProcessRobot fRobot;
   boost::shared_ptr<VideoDevice> fModule =
-      Ky::KyModule::createModule<VideoDevice>(fRobot.broker(), fCameras, 1);
+      Ky::KyModule::createModule<VideoDevice>(fRobot.broker(), fCameras);
   Ky::KyVideoDeviceProxy fDevice{fRobot.connect()};
 };
 
