@@ -2,6 +2,8 @@
 
 #include "robot/camera/scene_backgrounds.h"
 #include "robot/camera/scene_clock.h"
+#include "robot/camera/scene_person.h"
+#include "robot/camera/scene_signs.h"
 #include "robot/camera/scene_things.h"
 
 namespace robot {
@@ -12,6 +14,9 @@ GeneratedScene::GeneratedScene(int camera) {
   if (camera == 0) {
     add(makeBalloon());
     add(makeCar());
+    add(makeHarbourSign());
+    add(makeEmblemSign());
+    add(makePerson());
   } else {
     add(makeAirship());
     add(makeTram());

@@ -67,6 +67,24 @@ TEST(GeneratedScene, KnowsWhereTheTramIs) {
   }
 }
 
+TEST(GeneratedScene, KeepsWhatIsToBeRecognisedApartAndInThePicture) {
+  const GeneratedScene scene(0);
+  for (int second = 0; second < 60; second += 3) {
+    const std::int64_t time = kStart + second * kSecond;
+    const auto areaOf = [&](const std::string& name) {
+      const SceneTruth truth = truthOf(scene, name, time);
+      return cv::Rect2d(truth.x - truth.width / 2, truth.y - truth.height / 2, truth.width,
+                        truth.height);
+    };
+    const cv::Rect2d face = areaOf("face"), logo = areaOf("logo"), picture = areaOf("picture");
+    for (const cv::Rect2d& area : {face, logo, picture})
+      EXPECT_EQ(area & cv::Rect2d(0, 0, 1, 1), area) << second;
+    EXPECT_TRUE((face & logo).empty() && (face & picture).empty() && (logo & picture).empty());
+    for (const char* other : {"balloon", "car"})
+      EXPECT_TRUE((areaOf(other) & picture).empty() && (areaOf(other) & logo).empty()) << second;
+  }
+}
+
 TEST(GeneratedScene, LetsACarLeaveThePictureAndComeBack) {
   const GeneratedScene scene(0);
   bool outside = false, inside = false;
