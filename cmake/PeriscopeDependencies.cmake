@@ -10,6 +10,10 @@ find_package(PkgConfig REQUIRED)
 pkg_check_modules(zmq REQUIRED IMPORTED_TARGET libzmq)
 pkg_check_modules(libcrypt REQUIRED IMPORTED_TARGET libcrypt)
 pkg_check_modules(libcurl REQUIRED IMPORTED_TARGET libcurl)
+pkg_check_modules(apriltag REQUIRED IMPORTED_TARGET apriltag)
+# Its pictures are freed by a second library, of which its own package file is silent.
+find_library(APRILTAG_UTILS apriltag-utils REQUIRED)
+target_link_libraries(PkgConfig::apriltag INTERFACE ${APRILTAG_UTILS})
 
 # MessagePack's headers; they ask for Boost unless told not to.
 find_path(MSGPACK_INCLUDE msgpack.hpp REQUIRED)
