@@ -4,6 +4,7 @@
 #include "robot/camera/scene_clock.h"
 #include "robot/camera/scene_person.h"
 #include "robot/camera/scene_signs.h"
+#include "robot/camera/scene_targets.h"
 #include "robot/camera/scene_things.h"
 
 namespace robot {
@@ -17,6 +18,9 @@ GeneratedScene::GeneratedScene(int camera) {
     add(makeHarbourSign());
     add(makeEmblemSign());
     add(makePerson());
+    add(makeSignboard());
+    add(makeBall());
+    add(makeDuck());
   } else {
     add(makeAirship());
     add(makeTram());

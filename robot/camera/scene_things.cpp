@@ -78,7 +78,7 @@ void paintTram(Sprite::Brush& brush) {
 
 std::unique_ptr<SceneItem> makeBalloon() {
   return std::make_unique<MovingSprite>("balloon", Sprite({160, 240}, paintBalloon), [](double t) {
-    return cv::Point2d(0.58 + 0.2 * swing(t, 17), 0.34 + 0.12 * swing(t, 9.5));
+    return cv::Point2d(0.54 + 0.1 * swing(t, 17), 0.3 + 0.1 * swing(t, 9.5));
   });
 }
 

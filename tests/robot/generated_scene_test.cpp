@@ -67,22 +67,35 @@ TEST(GeneratedScene, KnowsWhereTheTramIs) {
   }
 }
 
-TEST(GeneratedScene, KeepsWhatIsToBeRecognisedApartAndInThePicture) {
+TEST(GeneratedScene, KnowsWhereTheBallIs) {
   const GeneratedScene scene(0);
-  for (int second = 0; second < 60; second += 3) {
-    const std::int64_t time = kStart + second * kSecond;
-    const auto areaOf = [&](const std::string& name) {
-      const SceneTruth truth = truthOf(scene, name, time);
-      return cv::Rect2d(truth.x - truth.width / 2, truth.y - truth.height / 2, truth.width,
-                        truth.height);
-    };
-    const cv::Rect2d face = areaOf("face"), logo = areaOf("logo"), picture = areaOf("picture");
-    for (const cv::Rect2d& area : {face, logo, picture})
-      EXPECT_EQ(area & cv::Rect2d(0, 0, 1, 1), area) << second;
-    EXPECT_TRUE((face & logo).empty() && (face & picture).empty() && (logo & picture).empty());
-    for (const char* other : {"balloon", "car"})
-      EXPECT_TRUE((areaOf(other) & picture).empty() && (areaOf(other) & logo).empty()) << second;
+  for (int step = 0; step < 24; ++step) {
+    const std::int64_t time = kStart + step * kSecond / 2;
+    const SceneTruth truth = truthOf(scene, "ball", time);
+    const cv::Point2d orange = middleOf(scene.render(time), {20, 90, 240});
+    EXPECT_NEAR(orange.x, truth.x, 2.0 / 1280) << step;
+    EXPECT_NEAR(orange.y, truth.y, 2.0 / 960) << step;
+    EXPECT_NEAR(truth.width * 1280, 88, 0.01);
   }
+}
+
+TEST(GeneratedScene, KeepsWhatIsToBeFoundApartAndInThePicture) {
+  const GeneratedScene scene(0);
+  const std::vector<std::string> targets = {"face", "logo", "picture", "signboard", "ball", "duck"};
+  const auto boxOf = [](const SceneTruth& truth) {
+    return cv::Rect2d(truth.x - truth.width / 2, truth.y - truth.height / 2, truth.width,
+                      truth.height);
+  };
+  for (int step = 0; step < 300; ++step)
+    for (const SceneTruth& thing : scene.truthAt(kStart + step * kSecond / 5))
+      for (const std::string& name : targets) {
+        const SceneTruth target = truthOf(scene, name, kStart + step * kSecond / 5);
+        const cv::Rect2d box = boxOf(target);
+        EXPECT_TRUE((cv::Rect2d(0, 0, 1, 1) & box) == box) << name << " leaves the picture";
+        if (thing.name != name) {
+          EXPECT_TRUE((boxOf(thing) & box).empty()) << thing.name << " meets " << name;
+        }
+      }
 }
 
 TEST(GeneratedScene, LetsACarLeaveThePictureAndComeBack) {
