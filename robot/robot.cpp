@@ -3,6 +3,8 @@
 #include <functional>
 #include <utility>
 
+#include "robot/extractors/extractor.h"
+#include "robot/extractors/landmarks/landmark_detector.h"
 #include "robot/services/launcher.h"
 #include "robot/services/logger.h"
 #include "robot/services/memory.h"
@@ -21,6 +23,12 @@ struct Parts {
   const Options& options;
 };
 
+template <class Kind>
+void createExtractor(const Parts& parts, const char* name, const char* what) {
+  KyModule::createModule<Extractor>(parts.broker, parts.cameras, name, what,
+                                    std::make_unique<Kind>());
+}
+
 struct ModuleKind {
   const char* name;
   void (*create)(const Parts& parts);
@@ -32,6 +40,10 @@ constexpr ModuleKind kModules[] = {
     {"KyLauncher", [](const Parts& parts) { KyModule::createModule<Launcher>(parts.broker); }},
     {"KyVideoDevice",
      [](const Parts& parts) { KyModule::createModule<VideoDevice>(parts.broker, parts.cameras); }},
+    {"KyLandMarkDetection",
+     [](const Parts& parts) {
+       createExtractor<LandmarkDetector>(parts, "KyLandMarkDetection", "landmarks");
+     }},
 };
 
 void makeHome(const std::filesystem::path& home) {

@@ -7,6 +7,7 @@
 #include "ky/memory_proxy.h"
 #include "ky/video_device_proxy.h"
 #include "kyrobot_process.h"
+#include "robot/robot.h"
 #include "support/wait.h"
 
 namespace {
@@ -56,9 +57,21 @@ TEST(Kyrobot, SaysThatAPortIsTaken) {
 TEST(Kyrobot, HasAllItsModules) {
   KyrobotProcess robot;
   const auto desktop = robot.connect();
-  for (const char* module : {"KyLauncher", "KyLogger", "KyMemory", "KyVideoDevice"})
+  for (const std::string& module : robot::moduleNames())
     EXPECT_TRUE(desktop->isModulePresent(module)) << module;
   desktop->shutdown();
+}
+
+TEST(Kyrobot, CanDoWithoutAnyOfItsModules) {
+  for (const std::string& left : robot::moduleNames()) {
+    KyrobotProcess robot({"--port", "0", "--without", left});
+    const auto desktop = robot.connect();
+    for (const std::string& module : robot::moduleNames())
+      EXPECT_EQ(desktop->isModulePresent(module), module != left) << module;
+    desktop->shutdown();
+    robot.process().signal(SIGTERM);
+    EXPECT_EQ(robot.process().waitForExit(), 0);
+  }
 }
 
 TEST(Kyrobot, LeavesOutTheModulesThatItIsToldTo) {
