@@ -5,6 +5,8 @@
 
 #include "robot/extractors/extractor.h"
 #include "robot/extractors/landmarks/landmark_detector.h"
+#include "robot/extractors/toys/ball_detection.h"
+#include "robot/extractors/toys/colored_toys.h"
 #include "robot/services/launcher.h"
 #include "robot/services/logger.h"
 #include "robot/services/memory.h"
@@ -21,6 +23,7 @@ struct Parts {
   boost::shared_ptr<Ky::KyBroker> broker;
   std::shared_ptr<Cameras> cameras;
   const Options& options;
+  std::shared_ptr<SharedBallTuning> ballTuning;
 };
 
 template <class Kind>
@@ -43,6 +46,14 @@ constexpr ModuleKind kModules[] = {
     {"KyLandMarkDetection",
      [](const Parts& parts) {
        createExtractor<LandmarkDetector>(parts, "KyLandMarkDetection", "landmarks");
+     }},
+    {"KyColoredToysDetection",
+     [](const Parts& parts) {
+       KyModule::createModule<ColoredToys>(parts.broker, parts.cameras, parts.ballTuning);
+     }},
+    {"KyBallDetection",
+     [](const Parts& parts) {
+       KyModule::createModule<BallDetection>(parts.broker, parts.ballTuning);
      }},
 };
 
@@ -87,8 +98,9 @@ Robot::Robot(const Options& options) {
                                                           openCamera(options, 1)},
       options.cameraModel);
   fBroker = listen(options);
+  const Parts parts{fBroker, fCameras, options, std::make_shared<SharedBallTuning>()};
   for (const ModuleKind& kind : kModules)
-    if (options.without.count(kind.name) == 0) kind.create({fBroker, fCameras, options});
+    if (options.without.count(kind.name) == 0) kind.create(parts);
 }
 
 Robot::~Robot() {

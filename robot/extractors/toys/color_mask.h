@@ -1,0 +1,16 @@
+// Where a picture has a colour.
+#pragma once
+
+#include <opencv2/core.hpp>
+
+namespace robot {
+
+// 255 where a pixel is no further than `tolerance` from `color`, else 0. `yuv`: 8-bit Y, U, V, of
+// video range. Light is uneven: a pixel in less or more light than `color` is expected to be less
+// or more colourful, and a difference in brightness itself counts a quarter of one in colour.
+cv::Mat colorMask(const cv::Mat& yuv, cv::Vec3i color, int tolerance);
+
+// Takes single pixels and threads away, and closes gaps of that size.
+void removeSpecks(cv::Mat& mask);
+
+}  // namespace robot

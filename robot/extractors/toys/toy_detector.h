@@ -1,0 +1,45 @@
+// Finds coloured toys: balls and ducks.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <memory>
+
+#include "robot/extractors/detector.h"
+#include "robot/extractors/toys/ball_finder.h"
+
+namespace robot {
+
+// Their numbers are those of the parameter "mode", less one.
+enum Toy { kBall, kDuck };
+constexpr int kToys = 2;
+
+// Thread-safe.
+struct ToySettings {
+  std::atomic<int> resolution{1};  // in which is searched; for ducks at least 1
+  std::array<std::atomic<bool>, kToys> wanted{};
+};
+
+// "BallDetected": [[s, us], [[number, 0, alpha, beta, radius], ..]], numbers from 1, the best ball
+// first; the radius in pixels of a picture of 320 x 240.
+// "DuckDetected": [[s, us], [[head alpha, head beta, head width, body alpha, body beta, body left,
+// top, right, bottom], ..]], all floats.
+// The empty array for a toy that is not wanted.
+class ToyDetector : public Detector {
+ public:
+  ToyDetector(std::shared_ptr<const ToySettings> settings,
+              std::shared_ptr<const SharedBallTuning> tuning);
+
+  std::vector<std::string> keys() const override { return {"BallDetected", "DuckDetected"}; }
+  std::vector<Finding> detect(const Frame& frame) override;
+
+ private:
+  Ky::KyValue::Array balls(const Frame& frame);
+  Ky::KyValue::Array ducks(const Frame& frame) const;
+
+  const std::shared_ptr<const ToySettings> fSettings;
+  const std::shared_ptr<const SharedBallTuning> fTuning;
+  BallFinder fBallFinder;
+};
+
+}  // namespace robot

@@ -1,0 +1,27 @@
+// Pictures with balls.
+#pragma once
+
+#include <opencv2/core.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include "robot/camera/image_format.h"
+#include "robot/camera/pixels.h"
+
+const cv::Scalar kOrangeBall(20, 90, 240), kGreenBall(60, 190, 40);
+
+inline cv::Mat yuvOf(const cv::Mat& bgr) {
+  const Ky::KyBinary pixels = robot::pixelsOf(bgr, robot::kYuv444);
+  return cv::Mat(bgr.size(), CV_8UC3, const_cast<std::uint8_t*>(pixels.data())).clone();
+}
+
+inline cv::Mat greyPicture(int level = 128, cv::Size size = {320, 240}) {
+  return {size, CV_8UC3, cv::Scalar::all(level)};
+}
+
+// With soft edges; where the middle of the first pixel is 0.5.
+inline void drawDisc(cv::Mat& picture, cv::Point2d centre, double radius, cv::Scalar bgr) {
+  constexpr int kShift = 4;
+  constexpr double kFine = 1 << kShift;
+  cv::circle(picture, {cvRound((centre.x - 0.5) * kFine), cvRound((centre.y - 0.5) * kFine)},
+             cvRound((radius - 0.5) * kFine), bgr, cv::FILLED, cv::LINE_AA, kShift);
+}
