@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QSlider>
+#include <algorithm>
 #include <utility>
 
 #include "plugin/module.h"
@@ -11,7 +12,12 @@ namespace {
 
 constexpr int kNameWidth = 120;
 constexpr int kValueWidth = 30;
-constexpr int kRowSpacing = 6;  // whatever the panel's own
+constexpr int kLeastSliderWidth = 100;  // to aim at
+constexpr int kRowSpacing = 6;          // whatever the panel's own
+
+int widthOf(const QLabel* label, const QString& text) {
+  return label->fontMetrics().horizontalAdvance(text);
+}
 
 }  // namespace
 
@@ -52,6 +58,7 @@ QLayout* QCustomSlider::init() {
   row->addWidget(fValueLabel);
 
   fSlider = new QSlider(Qt::Horizontal, fParent);
+  fSlider->setMinimumWidth(kLeastSliderWidth);
   fSlider->setAccessibleName(QString::fromStdString(fName));
   row->addWidget(fSlider);
   fSlider->setEnabled(fActivation);
@@ -81,6 +88,20 @@ bool QCustomSlider::initValueLabel(std::string text, int width) {
   fValueLabel->setText(QString::fromStdString(text));
   fValueLabel->setFixedWidth(width);
   return true;
+}
+
+int QCustomSlider::neededNameWidth() const {
+  return std::max(kNameWidth, widthOf(fNameLabel, fNameLabel->text()));
+}
+
+int QCustomSlider::neededValueWidth() const {
+  return std::max({kValueWidth, widthOf(fValueLabel, QString::number(fSlider->minimum())),
+                   widthOf(fValueLabel, QString::number(fSlider->maximum()))});
+}
+
+void QCustomSlider::setLabelWidths(int name, int value) {
+  fNameLabel->setFixedWidth(name);
+  fValueLabel->setFixedWidth(value);
 }
 
 bool QCustomSlider::setActivation(bool on) {

@@ -36,6 +36,11 @@ class QCustomSlider : public QWidget {
   bool initValueLabel(std::string text, int width);
   // Kept also when the widgets are not built.
   bool setActivation(bool on);
+  // The pixels that the labels need in the font of now, for the name and for any value of the
+  // range; no less than they have at first. Once built.
+  int neededNameWidth() const;
+  int neededValueWidth() const;
+  void setLabelWidths(int name, int value);
   // Moves the slider, which writes the value if the slider is active and writes through.
   bool setValue(int value);
 

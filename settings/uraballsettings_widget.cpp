@@ -11,6 +11,7 @@
 #include <optional>
 
 #include "plugin/module.h"
+#include "settings/text_size.h"
 
 struct UraballSettingsWidget::Control {
   const char* parameter;
@@ -23,10 +24,6 @@ struct UraballSettingsWidget::Control {
 };
 
 namespace {
-
-// Pixels, for the longest name and for 1000.
-constexpr int kNameWidth = 175;
-constexpr int kValueWidth = 40;
 
 const char kY[] = "Ball Y component";
 const char kU[] = "Ball U component";
@@ -58,6 +55,11 @@ UraballSettingsWidget::UraballSettingsWidget(boost::shared_ptr<Module> module, Q
   layout->addWidget(otherParametersWidget());
   layout->addStretch();
   setFixedSize(400, 600);
+}
+
+void UraballSettingsWidget::showEvent(QShowEvent* event) {
+  fitTexts(*this, fSliders);
+  QWidget::showEvent(event);
 }
 
 QWidget* UraballSettingsWidget::otherParametersWidget() {
@@ -98,8 +100,6 @@ void UraballSettingsWidget::xAddSlider(QBoxLayout* layout, const Control& contro
   QLayout* row = slider.init();
   if (row == nullptr) return;
   layout->addLayout(row);
-  slider.initLabel(kNameWidth);
-  slider.initValueLabel(std::to_string(slider.slider()->value()), kValueWidth);
   connect(slider.slider(), SIGNAL(sliderReleased()), this, control.slot);
   xShowValue(control);
 }

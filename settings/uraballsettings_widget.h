@@ -46,6 +46,9 @@ class UraballSettingsWidget : public QWidget {
   void onChangedMultipleBallsTracking(int state);
   void onChangedOptimisation(int state);
 
+ protected:
+  void showEvent(QShowEvent* event) override;
+
  private:
   struct Control;
   void xAddSlider(QBoxLayout* layout, const Control& control);

@@ -12,6 +12,7 @@
 
 #include "ky/video_device_proxy.h"
 #include "plugin/module.h"
+#include "settings/text_size.h"
 
 using enum Ky::CameraParameter;
 
@@ -29,6 +30,11 @@ VideoSettingsWidget::VideoSettingsWidget(boost::shared_ptr<Module> module, QWidg
   layout->addWidget(otherParametersWidget());
   layout->addStretch();
   setFixedSize(400, 600);
+}
+
+void VideoSettingsWidget::showEvent(QShowEvent* event) {
+  fitTexts(*this, fSliders);
+  QWidget::showEvent(event);
 }
 
 QWidget* VideoSettingsWidget::otherParametersWidget() {
@@ -63,8 +69,10 @@ QCustomSlider* VideoSettingsWidget::xGetCustomSlider(std::string name) {
 void VideoSettingsWidget::xAddResolution(QBoxLayout* layout) {
   auto* row = new QHBoxLayout;
   row->setSpacing(6);
-  row->addWidget(new QLabel("resolution", this));
+  auto* label = new QLabel("resolution", this);
+  row->addWidget(label);
   fResolution = new QComboBox(this);
+  label->setBuddy(fResolution);
   fResolution->setAccessibleName("resolution");
   const int last = fCameraModel == 2 ? 3 : 2;
   for (int index = 0; index <= last; ++index)

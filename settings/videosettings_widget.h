@@ -51,6 +51,9 @@ class VideoSettingsWidget : public QWidget {
   // The largest resolution comes with at most 5 frames per second.
   void xOnChangeSize(int pResolution);
 
+ protected:
+  void showEvent(QShowEvent* event) override;
+
  private:
   // Building; the robot is asked for what the controls show.
   void xAddResolution(QBoxLayout* layout);

@@ -38,6 +38,18 @@ class CameraRobot : public ViewerOnRobot {
     const std::lock_guard guard(fMutex);
     return fParameters[id];
   }
+  // From now on reading anything, or writing anything, fails.
+  void breakReads() {
+    device->answer("getParam", [](const Ky::KyValue::Array&) -> Ky::KyValue {
+      throw Ky::KyError("not to be read");
+    });
+  }
+  void breakWrites() {
+    for (const char* method : {"setParam", "setFrameRate", "setResolution", "setColorSpace"})
+      device->answer(method, [](const Ky::KyValue::Array&) -> Ky::KyValue {
+        throw Ky::KyError("not to be written");
+      });
+  }
   // From now on reading it fails.
   void makeUnreadable(int id) {
     const std::lock_guard guard(fMutex);

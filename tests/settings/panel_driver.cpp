@@ -1,6 +1,7 @@
 #include "settings/panel_driver.h"
 
 #include <QComboBox>
+#include <QStyleOptionSlider>
 #include <algorithm>
 
 namespace {
@@ -28,6 +29,42 @@ QWidgetList widgetsOf(const QWidget& panel, bool labelsToo) {
 }
 
 }  // namespace
+
+void dragWithMouse(QSlider* slider, int value) {
+  QStyleOptionSlider option;
+  option.initFrom(slider);
+  option.orientation = slider->orientation();
+  option.minimum = slider->minimum();
+  option.maximum = slider->maximum();
+  const auto handleAt = [&](int position) {
+    option.sliderPosition = option.sliderValue = position;
+    return slider->style()
+        ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider)
+        .center();
+  };
+  const QPoint from = handleAt(slider->value());
+  const QPoint to = handleAt(value);
+  QTest::mousePress(slider, Qt::LeftButton, {}, from);
+  for (int step = 1; step <= 3; ++step) QTest::mouseMove(slider, from + (to - from) * step / 3);
+  QTest::mouseRelease(slider, Qt::LeftButton, {}, to);
+}
+
+PanelState stateOf(const QWidget& panel) {
+  PanelState state;
+  const QWidgetList all = panel.findChildren<QWidget*>();
+  for (QWidget* widget : widgetsOf(panel, false)) {
+    ControlState& control = state[nameOf(widget)];
+    control.enabled = widget->isEnabled();
+    if (const auto* box = qobject_cast<QCheckBox*>(widget)) control.value = box->isChecked();
+    if (const auto* combo = qobject_cast<QComboBox*>(widget)) control.value = combo->currentIndex();
+    if (const auto* slider = qobject_cast<QSlider*>(widget)) {
+      control.value = slider->value();
+      // The label that was made before the slider.
+      control.label = qobject_cast<QLabel*>(all.at(all.indexOf(widget) - 1))->text().toStdString();
+    }
+  }
+  return state;
+}
 
 std::vector<std::string> controlsOf(const QWidget& panel) {
   QWidgetList widgets = widgetsOf(panel, false);

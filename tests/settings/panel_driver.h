@@ -6,6 +6,7 @@
 #include <QSlider>
 #include <QTest>
 #include <QWidget>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,19 @@ inline void dragTo(QSlider* slider, int value) {
   slider->setSliderPosition(value);
   slider->setSliderDown(false);
 }
+
+// Drags the handle with the mouse to the pixel nearest to a value, in a few moves, and lets go.
+void dragWithMouse(QSlider* slider, int value);
+
+// What the user sees of a control.
+struct ControlState {
+  bool enabled = false;
+  int value = 0;      // of a slider; of a box whether it is checked; of the combo box the index
+  std::string label;  // a slider's value as text
+  bool operator==(const ControlState&) const = default;
+};
+using PanelState = std::map<std::string, ControlState>;  // by name
+PanelState stateOf(const QWidget& panel);
 
 // The controls from top to bottom: names of sliders and boxes, "resolution" for the combo box.
 std::vector<std::string> controlsOf(const QWidget& panel);
