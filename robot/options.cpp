@@ -78,6 +78,14 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
   app.add_option("--home", options.home, "The robot's home folder, which robots call /home/tam/")
       ->type_name("DIR")
       ->capture_default_str();
+  app.add_option("--logos", options.logos,
+                 "Folder of the logos that KyLogoDetection knows; by default \"logos\" in the home")
+      ->type_name("DIR");
+  app.add_option(
+         "--pictures", options.pictures,
+         "Folder of the pictures that KyVisionRecognition knows; by default \"pictures\" in "
+         "the home")
+      ->type_name("DIR");
   app.add_option("--keys", keys, "Folder with the robot's own keys and those of known programs")
       ->type_name("DIR");
   app.add_flag("--insecure", options.insecure,

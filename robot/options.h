@@ -17,6 +17,9 @@ struct Options {
   std::array<std::string, 2> sources = {"generated", "generated"};
   int cameraModel = 1;
   std::filesystem::path home;
+  // Folders of what the robot is taught to recognise; none: "logos" and "pictures" in its home.
+  std::optional<std::filesystem::path> logos;
+  std::optional<std::filesystem::path> pictures;
   std::optional<std::filesystem::path> keys;
   bool insecure = false;
   std::set<std::string> without;  // names of modules

@@ -3,14 +3,19 @@
 #include <functional>
 #include <utility>
 
+#include "robot/camera/scene_pictures.h"
 #include "robot/extractors/extractor.h"
+#include "robot/extractors/faces/face_detector.h"
 #include "robot/extractors/landmarks/landmark_detector.h"
+#include "robot/extractors/pictures/picture_recognition.h"
+#include "robot/extractors/pictures/taught_folder.h"
 #include "robot/extractors/toys/ball_detection.h"
 #include "robot/extractors/toys/colored_toys.h"
 #include "robot/services/launcher.h"
 #include "robot/services/logger.h"
 #include "robot/services/memory.h"
 #include "robot/services/video_device.h"
+#include "zu/log.h"
 
 namespace robot {
 namespace {
@@ -30,6 +35,32 @@ template <class Kind>
 void createExtractor(const Parts& parts, const char* name, const char* what) {
   KyModule::createModule<Extractor>(parts.broker, parts.cameras, name, what,
                                     std::make_unique<Kind>());
+}
+
+// For modules that need what this computer may not have: without it the robot does without them.
+void createIfPossible(const char* name, const std::function<void()>& create) {
+  try {
+    create();
+  } catch (const KyError& error) {
+    zu::log::warning("kyrobot", name) << "this robot has no " << name << ": " << error.what();
+  }
+}
+
+void createLogos(const Parts& parts) {
+  const auto folder = parts.options.logos.value_or(parts.options.home / "logos");
+  makeTaughtFolder(folder, "periscope", paintEmblem());
+  KyModule::createModule<PictureRecognition>(
+      parts.broker, parts.cameras, "KyLogoDetection", "the logos that it was taught",
+      std::make_unique<PictureDetector>("LogoDetected", logoEntry, folder, "KyLogoDetection"));
+}
+
+void createPictures(const Parts& parts) {
+  const auto folder = parts.options.pictures.value_or(parts.options.home / "pictures");
+  makeTaughtFolder(folder, "harbour days", paintHarbour());
+  KyModule::createModule<PictureRecognition>(
+      parts.broker, parts.cameras, "KyVisionRecognition", "the pictures that it was taught",
+      std::make_unique<PictureDetector>("PictureDetected", pictureEntry, folder,
+                                        "KyVisionRecognition"));
 }
 
 struct ModuleKind {
@@ -54,6 +85,17 @@ constexpr ModuleKind kModules[] = {
     {"KyBallDetection",
      [](const Parts& parts) {
        KyModule::createModule<BallDetection>(parts.broker, parts.ballTuning);
+     }},
+    {"KyFaceDetection",
+     [](const Parts& parts) {
+       createIfPossible("KyFaceDetection",
+                        [&] { createExtractor<FaceDetector>(parts, "KyFaceDetection", "faces"); });
+     }},
+    {"KyLogoDetection",
+     [](const Parts& parts) { createIfPossible("KyLogoDetection", [&] { createLogos(parts); }); }},
+    {"KyVisionRecognition",
+     [](const Parts& parts) {
+       createIfPossible("KyVisionRecognition", [&] { createPictures(parts); });
      }},
 };
 

@@ -82,7 +82,7 @@ TEST(TagPicture, RefusesANumberThatThereIsNot) {
 
 struct ViewRow {
   const char* name;
-  LandmarkView view;
+  View view;
 };
 
 class LandmarkViews : public testing::TestWithParam<ViewRow> {};
