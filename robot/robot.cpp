@@ -84,7 +84,7 @@ constexpr ModuleKind kModules[] = {
      }},
     {"KyBallDetection",
      [](const Parts& parts) {
-       KyModule::createModule<BallDetection>(parts.broker, parts.ballTuning);
+       KyModule::createModule<BallDetection>(parts.broker, parts.cameras, parts.ballTuning);
      }},
     {"KyFaceDetection",
      [](const Parts& parts) {

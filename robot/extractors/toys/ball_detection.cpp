@@ -1,14 +1,19 @@
 #include "robot/extractors/toys/ball_detection.h"
 
+#include "robot/extractors/toys/ball_detector.h"
+
 namespace robot {
 
 BallDetection::BallDetection(boost::shared_ptr<Ky::KyBroker> broker,
+                             std::shared_ptr<Cameras> cameras,
                              std::shared_ptr<SharedBallTuning> tuning)
-    : KyModule(std::move(broker), "KyBallDetection"), fTuning(std::move(tuning)) {
+    : Extractor(std::move(broker), std::move(cameras), "KyBallDetection", "balls",
+                std::make_unique<BallDetector>(tuning)),
+      fTuning(std::move(tuning)) {
   std::string names;
   for (const std::string& name : SharedBallTuning::names()) names += " " + name;
-  setModuleDescription(
-      "Tunes how KyColoredToysDetection looks for balls, for everybody. Parameters:" + names + ".");
+  setModuleDescription(getModuleDescription() +
+                       " Its parameters count for KyColoredToysDetection too:" + names + ".");
 
   functionName("getParam", getName(), "A parameter.");
   addParam("name", "of the parameter");

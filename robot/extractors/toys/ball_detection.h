@@ -1,18 +1,20 @@
-// The module "KyBallDetection": tunes the ball finder of "KyColoredToysDetection".
+// The module "KyBallDetection": balls alone, and the tuning of whoever looks for balls.
 #pragma once
 
 #include <memory>
 #include <string>
 
-#include "ky/module.h"
+#include "robot/extractors/extractor.h"
 #include "robot/extractors/toys/ball_tuning.h"
 
 namespace robot {
 
-// Nobody subscribes here: balls are coloured toys, and "KyColoredToysDetection" finds them.
-class BallDetection : public Ky::KyModule {
+// It writes the same key as "KyColoredToysDetection", and the same under it: whoever subscribes to
+// one of them need not subscribe to the other.
+class BallDetection : public Extractor {
  public:
-  BallDetection(boost::shared_ptr<Ky::KyBroker> broker, std::shared_ptr<SharedBallTuning> tuning);
+  BallDetection(boost::shared_ptr<Ky::KyBroker> broker, std::shared_ptr<Cameras> cameras,
+                std::shared_ptr<SharedBallTuning> tuning);
 
   // See SharedBallTuning for the names, values and errors.
   Ky::KyValue getParam(const std::string& name) const;

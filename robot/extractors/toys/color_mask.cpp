@@ -22,11 +22,18 @@ Expected expectedAt(int y, cv::Vec3i color) {
   const int light = color[0] - kBlack;
   const double share =
       light < kFaint ? 1.0 : std::clamp(static_cast<double>(y - kBlack) / light, 0.5, 1.5);
-  const auto chroma = [&](int full) { return cvRound(kFiner * (kNeutral + (full - kNeutral) * share)); };
+  const auto chroma = [&](int full) {
+    return cvRound(kFiner * (kNeutral + (full - kNeutral) * share));
+  };
   return {chroma(color[1]), chroma(color[2])};
 }
 
 }  // namespace
+
+cv::Mat yuvOf(const Frame& frame, int resolution) {
+  auto* pixels = const_cast<std::uint8_t*>(frame.pixels({resolution, kYuv444}).data());
+  return {sizeOf(resolution), CV_8UC3, pixels};
+}
 
 cv::Mat colorMask(const cv::Mat& yuv, cv::Vec3i color, int tolerance) {
   std::array<Expected, 256> expected{};

@@ -3,7 +3,13 @@
 
 #include <opencv2/core.hpp>
 
+#include "robot/camera/frame.h"
+
 namespace robot {
+
+// A frame's picture, 8-bit Y, U, V. Wraps the frame's own pixels, which are only to be read, for as
+// long as the frame lives.
+cv::Mat yuvOf(const Frame& frame, int resolution);
 
 // 255 where a pixel is no further than `tolerance` from `color`, else 0. `yuv`: 8-bit Y, U, V, of
 // video range. Light is uneven: a pixel in less or more light than `color` is expected to be less

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "robot/camera/field_of_view.h"
+#include "robot/extractors/toys/color_mask.h"
 #include "robot/extractors/toys/duck_finder.h"
 
 namespace robot {
@@ -10,13 +11,7 @@ namespace {
 
 using Ky::KyValue;
 
-constexpr double kWidth = 320, kHeight = 240;  // of the picture in whose pixels balls are
-constexpr int kLeastForDucks = 1;              // a beak is small
-
-KyValue ballEntry(const Ball& ball, std::size_t index) {
-  return KyValue::array({index + 1, 0, alphaAt(ball.centre.x / kWidth),
-                         betaAt(ball.centre.y / kHeight), ball.radius});
-}
+constexpr int kLeastForDucks = 1;  // a beak is small
 
 KyValue duckEntry(const Duck& duck, cv::Size size) {
   const auto alpha = [&](double x) { return KyValue(alphaAt(x / size.width)); };
@@ -27,38 +22,26 @@ KyValue duckEntry(const Duck& duck, cv::Size size) {
                          alpha(duck.bodyBox.br().x), beta(duck.bodyBox.br().y)});
 }
 
-// Wraps the frame's own pixels, which are only read.
-cv::Mat pictureOf(const Frame& frame, int resolution) {
-  auto* pixels = const_cast<std::uint8_t*>(frame.pixels({resolution, kYuv444}).data());
-  return {sizeOf(resolution), CV_8UC3, pixels};
+KyValue ducksIn(const Frame& frame, int resolution) {
+  const cv::Mat picture = yuvOf(frame, std::max(kLeastForDucks, resolution));
+  KyValue::Array entries;
+  for (const Duck& duck : findDucks(picture)) entries.push_back(duckEntry(duck, picture.size()));
+  return findings(frame, std::move(entries));
 }
 
 }  // namespace
 
 ToyDetector::ToyDetector(std::shared_ptr<const ToySettings> settings,
                          std::shared_ptr<const SharedBallTuning> tuning)
-    : fSettings(std::move(settings)), fTuning(std::move(tuning)) {
+    : fSettings(std::move(settings)), fBalls(std::move(tuning)) {
 }
 
 std::vector<Finding> ToyDetector::detect(const Frame& frame) {
   const auto& wanted = fSettings->wanted;
-  return {{"BallDetected", findings(frame, wanted[kBall] ? balls(frame) : KyValue::Array())},
-          {"DuckDetected", findings(frame, wanted[kDuck] ? ducks(frame) : KyValue::Array())}};
-}
-
-KyValue::Array ToyDetector::balls(const Frame& frame) {
-  KyValue::Array entries;
-  const cv::Mat picture = pictureOf(frame, fSettings->resolution);
-  for (const Ball& ball : fBallFinder.find(picture, frame.time(), fTuning->get()))
-    entries.push_back(ballEntry(ball, entries.size()));
-  return entries;
-}
-
-KyValue::Array ToyDetector::ducks(const Frame& frame) const {
-  const cv::Mat picture = pictureOf(frame, std::max(kLeastForDucks, fSettings->resolution.load()));
-  KyValue::Array entries;
-  for (const Duck& duck : findDucks(picture)) entries.push_back(duckEntry(duck, picture.size()));
-  return entries;
+  const int resolution = fSettings->resolution;
+  const KyValue nothing = KyValue::array();
+  return {{"BallDetected", wanted[kBall] ? fBalls.ballsIn(frame, resolution) : nothing},
+          {"DuckDetected", wanted[kDuck] ? ducksIn(frame, resolution) : nothing}};
 }
 
 }  // namespace robot

@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "robot/extractors/detector.h"
-#include "robot/extractors/toys/ball_finder.h"
+#include "robot/extractors/toys/ball_detector.h"
 
 namespace robot {
 
@@ -20,8 +20,7 @@ struct ToySettings {
   std::array<std::atomic<bool>, kToys> wanted{};
 };
 
-// "BallDetected": [[s, us], [[number, 0, alpha, beta, radius], ..]], numbers from 1, the best ball
-// first; the radius in pixels of a picture of 320 x 240.
+// "BallDetected": see BallDetector.
 // "DuckDetected": [[s, us], [[head alpha, head beta, head width, body alpha, body beta, body left,
 // top, right, bottom], ..]], all floats.
 // The empty array for a toy that is not wanted.
@@ -34,12 +33,8 @@ class ToyDetector : public Detector {
   std::vector<Finding> detect(const Frame& frame) override;
 
  private:
-  Ky::KyValue::Array balls(const Frame& frame);
-  Ky::KyValue::Array ducks(const Frame& frame) const;
-
   const std::shared_ptr<const ToySettings> fSettings;
-  const std::shared_ptr<const SharedBallTuning> fTuning;
-  BallFinder fBallFinder;
+  BallDetector fBalls;
 };
 
 }  // namespace robot

@@ -1,8 +1,9 @@
+#include "robot/extractors/toys/ball_tuning.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
 
-#include "robot/extractors/toys/ball_detection.h"
 #include "robot/in_process_robot.h"
 
 namespace robot {
@@ -119,18 +120,6 @@ TEST(BallTuning, HasOneSmallestRadius) {
   EXPECT_EQ(tuning.get("radiusRange"), KyValue::array({12, 60}));
   tuning.set("minRadius", KyValue::array({80}));
   EXPECT_EQ(tuning.get("radiusRange"), KyValue::array({80, 80}));
-}
-
-TEST(BallDetection, PublishesTheParametersForEverybody) {
-  InProcessRobot robot;
-  const auto tuning = std::make_shared<SharedBallTuning>();
-  Ky::KyModule::createModule<BallDetection>(robot.broker(), tuning);
-  const auto one = robot.connect(), two = robot.connect();
-  one->call("KyBallDetection", "setParam", {"radiusRange", KyValue::array({12, 42})});
-  EXPECT_EQ(two->call("KyBallDetection", "getParam", {"radiusRange"}), KyValue::array({12, 42}));
-  EXPECT_EQ(tuning->get().largest, 42);
-  EXPECT_NE(errorText([&] { one->call("KyBallDetection", "setParam", {"CY", 9}); }), "no error");
-  EXPECT_NE(errorText([&] { one->call("KyBallDetection", "getParam", {"Cy"}); }), "no error");
 }
 
 }  // namespace

@@ -1,0 +1,66 @@
+// What the robot's detectors find is drawn where it is: over TCP, in the painted picture.
+#include <gtest/gtest.h>
+
+#include "drawn_scene.h"
+#include "robot/camera/scene_targets.h"
+#include "support/log_capture.h"
+
+namespace {
+
+struct Kind {
+  const char* box;    // to tick
+  const char* key;    // of the robot's memory
+  const char* thing;  // in the scene
+  std::string description;
+};
+
+const Kind kKinds[] = {
+    {"mark detection", "LandmarkDetected", "signboard",
+     "mark " + std::to_string(robot::kSignboardNumber)},
+    {"ball detection", "BallDetected", "ball", "ball 1"},
+};
+
+constexpr double kNear = 3;  // pixels of the shown picture
+
+class DrawnDetections : public testing::TestWithParam<int> {};
+
+TEST_P(DrawnDetections, StandWhereTheThingsAreAtEveryResolution) {
+  DrawnScene scene;
+  for (const Kind& kind : kKinds) scene.tick(kind.box);
+  ASSERT_TRUE(scene.chooseResolution(GetParam()));
+  for (const Kind& kind : kKinds) {
+    const auto drawn = scene.drawn(kind.key);
+    ASSERT_EQ(drawn.size(), 1u) << kind.key;
+    EXPECT_EQ(drawn[0].description, kind.description);
+    const QPointF off = drawn[0].centre - scene.middle(kind.thing);
+    const double distance = std::hypot(off.x(), off.y());
+    std::printf("%s at resolution %d: %.2f pixels off\n", kind.description.c_str(), GetParam(),
+                distance);
+    EXPECT_LT(distance, kNear) << kind.key;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Resolutions, DrawnDetections, testing::Range(0, 4));
+
+TEST(DrawnCircles, HaveTheSizeOfTheirThings) {
+  DrawnScene scene;
+  for (const Kind& kind : kKinds) {
+    scene.tick(kind.box);
+    const auto drawn = scene.drawn(kind.key);
+    ASSERT_EQ(drawn.size(), 1u) << kind.key;
+    EXPECT_NEAR(drawn[0].box.width(), scene.truth(kind.thing).width * 320, 5) << kind.key;
+  }
+}
+
+// Their values are no records of custom objects, but that is as what they are read.
+TEST(DrawnDucks, AreComplainedAboutInsteadOfDrawn) {
+  LogCapture log;
+  DrawnScene scene;
+  scene.tick("duck detection");
+  EXPECT_TRUE(waitUntil([&] { return !log.lines().empty(); }));
+  for (const std::string& line : log.lines())
+    EXPECT_EQ(line.rfind("error updateFromValue: Error handling Extractor result :", 0), 0u)
+        << line;
+}
+
+}  // namespace
