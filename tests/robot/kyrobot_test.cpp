@@ -1,12 +1,15 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <fstream>
 #include <opencv2/imgcodecs.hpp>
+#include <set>
 
 #include "in_process_robot.h"
 #include "ky/memory_proxy.h"
 #include "ky/video_device_proxy.h"
 #include "kyrobot_process.h"
+#include "robot/camera/scene_pictures.h"
 #include "robot/robot.h"
 #include "support/wait.h"
 
@@ -123,6 +126,48 @@ TEST(Kyrobot, ShowsTheSourcesThatItIsGiven) {
     EXPECT_EQ(device.getImageRemote("me")[6].asBinary().data()[100], 235);
     EXPECT_EQ(device.getImageRemote("me")[7].asInt(), camera);
   }
+  desktop->shutdown();
+}
+
+// The labels of the pictures that the robot has recognised by now.
+std::set<std::string> recognised(const boost::shared_ptr<Ky::KyBroker>& desktop) {
+  std::set<std::string> labels;
+  const Ky::KyValue value = Ky::KyMemoryProxy(desktop).getData("PictureDetected");
+  if (value.size() == 2)
+    for (const Ky::KyValue& entry : value[1].asArray()) labels.insert(entry[0][0].asString());
+  return labels;
+}
+
+TEST(Kyrobot, KnowsThePictureOfItsSceneFromTheStart) {
+  KyrobotProcess robot;
+  const auto desktop = robot.connect();
+  desktop->getProxy("KyVisionRecognition")->callVoid("subscribe", "me", 0, 0.5f);
+  EXPECT_TRUE(
+      waitUntil([&] { return recognised(desktop) == std::set<std::string>{"harbour days"}; }));
+  desktop->shutdown();
+}
+
+TEST(Kyrobot, RecognisesThePicturesOfTheFolderThatItIsGiven) {
+  const TestFolder folder;
+  cv::imwrite(folder / "badge.png", robot::paintEmblem());
+  KyrobotProcess robot({"--port", "0", "--pictures", folder.path().string()});
+  const auto desktop = robot.connect();
+  desktop->getProxy("KyVisionRecognition")->callVoid("subscribe", "me", 0, 0.5f);
+  EXPECT_TRUE(waitUntil([&] { return recognised(desktop) == std::set<std::string>{"badge"}; }));
+  desktop->shutdown();
+}
+
+TEST(Kyrobot, DoesWithoutAModuleWhoseFolderCannotBeMade) {
+  const TestFolder folder;
+  std::ofstream(folder / "file") << "in the way";
+  KyrobotProcess robot({"--port", "0", "--logos", folder / "file"});
+  const auto desktop = robot.connect();
+  EXPECT_FALSE(desktop->isModulePresent("KyLogoDetection"));
+  EXPECT_TRUE(desktop->isModulePresent("KyVisionRecognition"));
+  EXPECT_NE(robot.process().errors().find("this robot has no KyLogoDetection: the folder \"" +
+                                          folder / "file" + "\" can't be made"),
+            std::string::npos)
+      << robot.process().errors();
   desktop->shutdown();
 }
 
