@@ -38,6 +38,23 @@ function(periscope_target name)
   endif()
 endfunction()
 
+# periscope_precompile(NAME HEADER..)
+# Headers of others, not our own, that many of the target's files include.
+function(periscope_precompile name)
+  if(PERISCOPE_PRECOMPILE)
+    target_precompile_headers(${name} PRIVATE ${ARGN})
+  endif()
+endfunction()
+
+# The optimization of tests: they are compiled far more often than they run.
+function(periscope_test_flags name)
+  if(PERISCOPE_SANITIZE)
+    target_compile_options(${name} PRIVATE -O0)
+  else()
+    target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O1>)
+  endif()
+endfunction()
+
 # periscope_test(NAME SOURCES a.cpp.. LIBRARIES x.. [LABELS threads ..] [OWN_NETWORK])
 # One test program; each of its tests is a test of its own, in a process of its own. OWN_NETWORK: in
 # which it is alone and may use every port, see tests/support/own_network.cpp.
@@ -49,8 +66,10 @@ function(periscope_test name)
   if(PERISCOPE_SANITIZE)
     target_compile_definitions(${name} PRIVATE PERISCOPE_SANITIZED)
   endif()
-  # Tests are compiled far more often than they run.
-  target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O1>)
+  periscope_test_flags(${name})
+  if(PERISCOPE_PRECOMPILE)
+    target_precompile_headers(${name} REUSE_FROM test-support)
+  endif()
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} test-support GTest::gtest)
   set(labels)
   if(arg_LABELS)

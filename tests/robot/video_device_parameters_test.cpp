@@ -54,8 +54,8 @@ TEST(VideoDeviceParameters, RefuseWhatTheModelLacks) {
   for (const auto& [id, name] : kLacking) {
     const std::string text =
         "a camera of model 2 has no parameter " + name + "; one of model 1 has";
-    EXPECT_EQ(errorText([&] { bench.device.getParam(id, 0); }), text);
-    EXPECT_EQ(errorText([&] { bench.device.setParam(id, 0, 0); }), text);
+    EXPECT_EQ(errorText([&, id = id] { bench.device.getParam(id, 0); }), text);
+    EXPECT_EQ(errorText([&, id = id] { bench.device.setParam(id, 0, 0); }), text);
   }
   Bench first(1);
   EXPECT_EQ(errorText([&] { first.device.setParam(33, -50, 0); }),
