@@ -2,17 +2,25 @@
 // what does a look cost it?
 //
 //   bench-detections FILM
+#include <unistd.h>
+
 #include <chrono>
 #include <cstdio>
 #include <ctime>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <opencv2/core.hpp>
+#include <opencv2/imgcodecs.hpp>
 #include <opencv2/videoio.hpp>
 
 #include "robot/camera/frame.h"
 #include "robot/camera/pixels.h"
+#include "robot/camera/scene_pictures.h"
+#include "robot/extractors/faces/face_detector.h"
 #include "robot/extractors/landmarks/landmark_detector.h"
+#include "robot/extractors/pictures/picture_detector.h"
+#include "robot/extractors/pictures/taught_folder.h"
 #include "robot/extractors/toys/toy_detector.h"
 #include "targets.h"
 
@@ -33,6 +41,15 @@ std::unique_ptr<Detector> makeDucks() {
                                               std::make_shared<robot::SharedBallTuning>());
 }
 
+// The pictures of the generated scene.
+const std::filesystem::path kTaught =
+    std::filesystem::temp_directory_path() / ("bench-detections-" + std::to_string(getpid()));
+
+template <robot::PictureEntry entry>
+std::unique_ptr<Detector> makePictures() {
+  return std::make_unique<robot::PictureDetector>("Found", entry, kTaught, "bench-detections");
+}
+
 struct Kind {
   const char* things;
   std::unique_ptr<Detector> (*make)();
@@ -44,6 +61,9 @@ const Kind kKinds[] = {
     {"landmarks", [] { return std::unique_ptr<Detector>(new robot::LandmarkDetector); }, 0, 0},
     {"balls", makeBalls, 0, 0},
     {"ducks", makeDucks, 0, 0},
+    {"faces", [] { return std::unique_ptr<Detector>(new robot::FaceDetector); }, 1, 0},
+    {"logos", makePictures<robot::logoEntry>, 0, 0},
+    {"pictures", makePictures<robot::pictureEntry>, 0, 0},
 };
 
 std::size_t thingsIn(const Kind& kind, const std::vector<robot::Finding>& findings) {
@@ -103,5 +123,9 @@ int main(int argc, char** argv) {
     return 2;
   }
   cv::setNumThreads(1);
-  return run(argv[1]);
+  robot::makeTaughtFolder(kTaught, "harbour", robot::paintHarbour());
+  cv::imwrite((kTaught / "emblem.png").string(), robot::paintEmblem());
+  const int code = run(argv[1]);
+  std::filesystem::remove_all(kTaught);
+  return code;
 }
