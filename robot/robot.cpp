@@ -11,6 +11,9 @@
 #include "robot/extractors/pictures/taught_folder.h"
 #include "robot/extractors/toys/ball_detection.h"
 #include "robot/extractors/toys/colored_toys.h"
+#include "robot/recording/photo_capture.h"
+#include "robot/recording/video_recorder.h"
+#include "robot/recording/vision_toolbox.h"
 #include "robot/services/launcher.h"
 #include "robot/services/logger.h"
 #include "robot/services/memory.h"
@@ -29,6 +32,8 @@ struct Parts {
   std::shared_ptr<Cameras> cameras;
   const Options& options;
   std::shared_ptr<SharedBallTuning> ballTuning;
+  HomeFolder home;
+  std::shared_ptr<Recorder> recorder;
 };
 
 template <class Kind>
@@ -74,6 +79,19 @@ constexpr ModuleKind kModules[] = {
     {"KyLauncher", [](const Parts& parts) { KyModule::createModule<Launcher>(parts.broker); }},
     {"KyVideoDevice",
      [](const Parts& parts) { KyModule::createModule<VideoDevice>(parts.broker, parts.cameras); }},
+    {"KyPhotoCapture",
+     [](const Parts& parts) {
+       KyModule::createModule<PhotoCapture>(parts.broker, parts.cameras, parts.home);
+     }},
+    {"KyVideoRecorder",
+     [](const Parts& parts) {
+       KyModule::createModule<VideoRecorder>(parts.broker, parts.recorder);
+     }},
+    {"KyVisionToolbox",
+     [](const Parts& parts) {
+       KyModule::createModule<VisionToolbox>(parts.broker, parts.cameras, parts.home,
+                                             parts.recorder);
+     }},
     {"KyLandMarkDetection",
      [](const Parts& parts) {
        createExtractor<LandmarkDetector>(parts, "KyLandMarkDetection", "landmarks");
@@ -140,7 +158,13 @@ Robot::Robot(const Options& options) {
                                                           openCamera(options, 1)},
       options.cameraModel);
   fBroker = listen(options);
-  const Parts parts{fBroker, fCameras, options, std::make_shared<SharedBallTuning>()};
+  const HomeFolder home(options.home);
+  const Parts parts{.broker = fBroker,
+                    .cameras = fCameras,
+                    .options = options,
+                    .ballTuning = std::make_shared<SharedBallTuning>(),
+                    .home = home,
+                    .recorder = std::make_shared<Recorder>(fCameras, home)};
   for (const ModuleKind& kind : kModules)
     if (options.without.count(kind.name) == 0) kind.create(parts);
 }

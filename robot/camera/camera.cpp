@@ -77,6 +77,13 @@ std::shared_ptr<const Frame> Camera::newest(std::chrono::milliseconds patience) 
   throw Ky::KyError(camera + " has no picture yet; try again");
 }
 
+std::shared_ptr<const Frame> Camera::next(const std::shared_ptr<const Frame>& known,
+                                          std::chrono::milliseconds patience) const {
+  std::unique_lock lock(fMutex);
+  const auto isThere = [&] { return fNewest && fNewest != known; };
+  return fChanged.wait_for(lock, patience, isThere) ? fNewest : nullptr;
+}
+
 std::uint64_t Camera::framesTaken() const {
   const std::lock_guard guard(fMutex);
   return fTaken;

@@ -43,6 +43,10 @@ class Camera {
   // The newest frame; right after the camera has begun it waits a little for the first. Throws
   // KyError when none came, or at once when nobody wished for one or the source has failed.
   std::shared_ptr<const Frame> newest(std::chrono::milliseconds patience) const;
+  // The newest frame as soon as it is another one than `known`; null when none has come by the end
+  // of the patience.
+  std::shared_ptr<const Frame> next(const std::shared_ptr<const Frame>& known,
+                                    std::chrono::milliseconds patience) const;
 
   // Frames taken since the start.
   std::uint64_t framesTaken() const;

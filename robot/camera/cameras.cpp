@@ -59,4 +59,9 @@ std::shared_ptr<const Frame> CameraReader::newest(std::chrono::milliseconds pati
   return fCameras->camera(fCameras->active()).newest(patience);
 }
 
+std::shared_ptr<const Frame> CameraReader::next(const std::shared_ptr<const Frame>& known,
+                                                std::chrono::milliseconds patience) const {
+  return fCameras->camera(fCameras->active()).next(known, patience);
+}
+
 }  // namespace robot

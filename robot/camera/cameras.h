@@ -49,8 +49,10 @@ class CameraReader {
 
   Wish wish() const;
   void setWish(const Wish& wish);
-  // See Camera::newest().
+  // See Camera::newest() and Camera::next().
   std::shared_ptr<const Frame> newest(std::chrono::milliseconds patience) const;
+  std::shared_ptr<const Frame> next(const std::shared_ptr<const Frame>& known,
+                                    std::chrono::milliseconds patience) const;
 
  private:
   friend class Cameras;
