@@ -83,6 +83,17 @@ TEST(Camera, AppliesItsParametersToTheFramesThatFollow) {
   EXPECT_EQ(cv::countNonZero(reader->newest(20s)->picture().reshape(1)), 0);
 }
 
+TEST(Camera, AdaptsToItsPicturesInAnAutomaticModeAndTellsWhatItFound) {
+  const auto cameras = generatedCameras();
+  cameras->setActive(1);  // by night
+  Camera& camera = cameras->camera(1);
+  camera.setParameter(kAutoExposition, 1);
+  EXPECT_EQ(camera.getParameter(kExposure), 255) << "nothing happens while nobody watches";
+  const auto reader = cameras->read(kSmall);
+  EXPECT_TRUE(waitUntil([&] { return camera.getParameter(kExposure) > 400; }));
+  EXPECT_EQ(cameras->camera(0).getParameter(kExposure), 255) << "the other one's own";
+}
+
 TEST(Camera, KeepsTheLastFrameWhenItsSourceFailsAndComesBackWithIt) {
   const TestFolder folder;
   writeFilm(folder / "film.avi", 3, 60);
