@@ -1,0 +1,85 @@
+#include "playing_viewer.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <stdexcept>
+
+#include "zu/os.h"
+
+namespace bench {
+namespace {
+
+class Repainter : public GCInterface {
+ public:
+  explicit Repainter(ViewImage& view) : fView(view) {}
+  void updateImage() override { fView.updateThreadSafe(); }
+  void updateVideoRecorderView() override {}
+  void selectVideoRecorderView() override {}
+  void selectVideoSettingView() override {}
+
+ private:
+  ViewImage& fView;
+};
+
+Ky::KyAddress addressIn(const std::optional<std::string>& line) {
+  if (!line) throw std::runtime_error("the robot did not start");
+  return Ky::KyAddress::parse(line->substr(line->rfind(' ') + 1));
+}
+
+boost::shared_ptr<Ky::KyBroker> connectTo(const Ky::KyAddress& robot) {
+  Ky::KyBrokerOptions options;
+  options.name = "PeriscopeBroker";
+  options.parent = robot;
+  return Ky::KyBroker::create(options);
+}
+
+}  // namespace
+
+Robot::Robot()
+    : process(KYROBOT, {"--port", "0", "--home", home.path().toStdString()}),
+      address(addressIn(process.waitForLine("listening on "))) {
+}
+
+void processEventsFor(qint64 milliseconds) {
+  QElapsedTimer timer;
+  timer.start();
+  while (timer.elapsed() < milliseconds) {
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents,
+                                    static_cast<int>(milliseconds - timer.elapsed()));
+  }
+}
+
+void WatchedView::paintEvent(QPaintEvent* event) {
+  const std::uint64_t before = framesPainted();
+  const std::int64_t captured = fModel->fTimestamp;
+  ViewImage::paintEvent(event);
+  if (framesPainted() != before)
+    fAges.push_back(static_cast<double>(zu::os::nowMicroseconds() - captured) / 1e3);
+}
+
+PlayingViewer::PlayingViewer(const Ky::KyAddress& robot, int resolution)
+    : fBroker(connectTo(robot)), fModule(Ky::KyModule::createModule<Module>(fBroker)) {
+  const auto& model = fModule->model();
+  model->fResolution = resolution;
+  model->fFps = kFps;
+  fModule->askForVIM();
+  fView = std::make_unique<WatchedView>(model);
+  fRepainter = std::make_unique<Repainter>(*fView);
+  fModule->setGui(fRepainter.get());
+  fView->init();
+  fView->show();
+  fThread = std::make_unique<CameraThread>(fModule, model);
+  fThread->start();
+  fThread->setEnableGetImage(true);
+}
+
+PlayingViewer::~PlayingViewer() {
+  fThread->quit();
+  fThread.reset();
+  fModule->setGui(nullptr);
+  fModule.reset();
+  fBroker->shutdown();
+}
+
+}  // namespace bench

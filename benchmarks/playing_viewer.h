@@ -1,0 +1,67 @@
+// A robot in a process of its own and the viewer's module, thread and view that play its pictures.
+#pragma once
+
+#include <QTemporaryDir>
+#include <boost/shared_ptr.hpp>
+#include <cstdint>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "acquisition/camera_thread.h"
+#include "ky/broker.h"
+#include "plugin/module.h"
+#include "support/process.h"
+#include "view/view_image.h"
+
+namespace bench {
+
+struct Robot {
+  Robot();
+
+  QTemporaryDir home;
+  Process process;
+  Ky::KyAddress address;
+};
+
+// Delivers Qt's events meanwhile.
+void processEventsFor(qint64 milliseconds);
+
+// Notes the age of every new picture, in milliseconds, once it is painted.
+class WatchedView : public ViewImage {
+ public:
+  explicit WatchedView(const boost::shared_ptr<Model>& model)
+      : ViewImage(model, nullptr), fModel(model) {}
+  std::vector<double> takeAges() { return std::exchange(fAges, {}); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  boost::shared_ptr<Model> fModel;
+  std::vector<double> fAges;  // milliseconds
+};
+
+// Plays from construction to destruction. GUI thread.
+class PlayingViewer {
+ public:
+  static constexpr int kFps = 30;
+
+  PlayingViewer(const Ky::KyAddress& robot, int resolution);
+  ~PlayingViewer();
+  PlayingViewer(const PlayingViewer&) = delete;
+  PlayingViewer& operator=(const PlayingViewer&) = delete;
+
+  WatchedView& view() { return *fView; }
+  const boost::shared_ptr<Module>& module() const { return fModule; }
+  const boost::shared_ptr<Ky::KyBroker>& broker() const { return fBroker; }
+
+ private:
+  boost::shared_ptr<Ky::KyBroker> fBroker;
+  boost::shared_ptr<Module> fModule;
+  std::unique_ptr<WatchedView> fView;
+  std::unique_ptr<GCInterface> fRepainter;
+  std::unique_ptr<CameraThread> fThread;
+};
+
+}  // namespace bench
