@@ -57,6 +57,8 @@ class Widget : public LookoutWidget, public GCInterface {
   QPushButton* xAddButton(QBoxLayout* row, const QString& icon, const QString& toolTip,
                           const char* slot);
   QBoxLayout* xMakeRightColumn(const boost::shared_ptr<Module>& module);
+  // Asks where to put a file of the robot's and fetches it there.
+  void xDownload(const QString& file);
   void xStartCameraThread(const boost::shared_ptr<Module>& module);
 
   static const QString fPlayImg;

@@ -1,10 +1,14 @@
 // What the widget's buttons and the module's callbacks do.
+#include <QDir>
+#include <QFileDialog>
 #include <QIcon>
-#include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTabWidget>
 
 #include "acquisition/camera_thread.h"
+#include "desktop/error_dialog.h"
+#include "desktop/ftp/ftp_download_dialog.h"
 #include "ky/error.h"
 #include "plugin/module.h"
 #include "recording/videorecordermodel.h"
@@ -60,8 +64,24 @@ void Widget::onVideoRecord() {
   try {
     module->toggleVideoRecord(fVideoRecorderSettings->getRecordName(), framerate, recorded);
   } catch (const Ky::KyError& error) {
-    QMessageBox::warning(this, "Error", tr(error.toString().c_str()));
+    Dk::ErrorDialog("Error", tr(error.toString().c_str()), this, QMessageBox::NoButton)
+        .displayDialog();
+    return;
   }
+  const auto recorder = module->model()->fVideoRecorder;
+  if (recorded && recorder) xDownload(QString::fromStdString(recorder->fFilePath));
+}
+
+void Widget::xDownload(const QString& file) {
+  const QString proposed = QDir::home().absolutePath() + "/" + QDir(file).dirName();
+  const QString local = QFileDialog::getSaveFileName(this, tr("Upload video on your computer"),
+                                                     proposed, tr("Videos (*.avi)"));
+  if (local.isEmpty()) return;
+  // The robot's FTP server is rooted there.
+  const QString remote = QString(file).remove(QRegularExpression("^/home/tam/"));
+  if (Dk::FtpDownloadDialog(fRobotAddress, remote, local, this).exec() != 0) return;
+  Dk::ErrorDialog(tr("Error"), tr("Failed to upload file."), this, QMessageBox::NoButton)
+      .displayDialog();
 }
 
 void Widget::updateImage() {

@@ -4,14 +4,10 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
 #include <QMetaMethod>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QTabWidget>
-#include <QTimer>
 #include <algorithm>
 #include <atomic>
 #include <memory>
@@ -92,21 +88,6 @@ QImage iconOf(const QPushButton* button) {
 }
 QImage iconFile(const QString& name) {
   return QIcon(QString(PERISCOPE_ICONS) + "buttons/" + name).pixmap(QSize(30, 30)).toImage();
-}
-
-// The title and text of the message box that `action` opens; closes it.
-template <class Action>
-QString messageOf(Action action) {
-  QString message;
-  QTimer::singleShot(0, [&] {
-    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    if (box == nullptr) return;
-    message = box->windowTitle() + ": " + box->text();
-    box->accept();
-  });
-  action();
-  QCoreApplication::processEvents();
-  return message;
 }
 
 TEST(Widget, HasFourButtonsOnARobotThatCannotStep) {
@@ -355,46 +336,6 @@ TEST(Widget, RepaintsForOtherThreads) {
   std::thread([&] { static_cast<GCInterface&>(widget).updateImage(); }).join();
   EXPECT_EQ(widget.framesPainted(), 0U);
   EXPECT_TRUE(waitUntil([&] { return widget.framesPainted() == 1; }));
-}
-
-TEST(Widget, RefusesANameThatIsNone) {
-  Panel panel;
-  Widget& widget = panel.open();
-  auto* name = widget.findChild<QTabWidget*>()->widget(1)->findChild<QLineEdit*>();
-  name->setText("my video");
-  const QString message = messageOf([&] { panel.button("Record")->click(); });
-  EXPECT_TRUE(message.startsWith("Error: Periscope.toggleVideoRecord: ")) << message.toStdString();
-  EXPECT_TRUE(panel.viewer.robot.calls().empty());
-  EXPECT_TRUE(name->isEnabled());
-  EXPECT_EQ(iconOf(panel.button("Record")), iconFile("record_start.png"));
-}
-
-TEST(Widget, ShowsThatTheRobotIsRecording) {
-  Panel panel;
-  const auto recorder = panel.viewer.robot.add("KyVideoRecorder");
-  for (const char* method : {"startRecording", "setFrameRate", "setResolution", "setColorSpace"})
-    recorder->answer(method, Ky::KyValue());
-  recorder->answer("stopRecording", Ky::KyValue::array({2, "/home/tam/clip.avi"}));
-  Widget& widget = panel.open();
-  QPushButton* record = panel.button("Record");
-  auto* recorderTab = widget.findChild<QTabWidget*>()->widget(1);
-  auto* name = recorderTab->findChild<QLineEdit*>();
-  name->setText("clip");
-
-  record->click();
-  EXPECT_EQ(iconOf(record), iconFile("record_stop.png"));
-  EXPECT_EQ(record->toolTip(), "Record");
-  EXPECT_FALSE(name->isEnabled());
-  EXPECT_TRUE(recorderTab->isVisibleTo(&widget));
-
-  record->click();
-  EXPECT_EQ(iconOf(record), iconFile("record_start.png"));
-  EXPECT_TRUE(name->isEnabled());
-  const auto labels = recorderTab->findChildren<QLabel*>();
-  EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
-    return label->text() ==
-           "'clip' (2 frames) was recorded on the robot.\nFile path: /home/tam/clip.avi";
-  }));
 }
 
 TEST(Widget, EndsWhileAFetchIsRunning) {
