@@ -24,8 +24,8 @@ void paintBody(Sprite::Brush& brush) {
     brush.rectangle({x, 340, 36, 66}, trousers);
     brush.ellipse({x + 16, 408}, {24, 10}, {40, 48, 66});
   }
-  brush.ellipse({kFaceX, 270}, {82, 76}, coat);
-  brush.rectangle({28, 270, 164, 84}, coat);
+  brush.ellipse({kFaceX, 270}, {74, 76}, coat);
+  brush.rectangle({36, 270, 148, 84}, coat);
   brush.line({kFaceX, 226}, {kFaceX, 354}, 3, {70, 40, 28});
   brush.rectangle({84, 168, 52, 40}, kShade);
   brush.ellipse({kFaceX, 208}, {44, 16}, scarf);

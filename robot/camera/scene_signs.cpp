@@ -49,7 +49,7 @@ std::unique_ptr<SceneItem> makeHarbourSign() {
 }
 
 std::unique_ptr<SceneItem> makeEmblemSign() {
-  return std::make_unique<Sign>("logo", paintEmblem(), cv::Point(208, 404));
+  return std::make_unique<Sign>("logo", paintEmblem(), cv::Point(208, 556));
 }
 
 }  // namespace robot

@@ -3,6 +3,7 @@
 
 #include "drawn_scene.h"
 #include "robot/camera/scene_targets.h"
+#include "robot/extractors/samples.h"
 #include "support/log_capture.h"
 
 namespace {
@@ -54,6 +55,21 @@ TEST(DrawnCircles, HaveTheSizeOfTheirThings) {
     const auto drawn = scene.drawn(kind.key);
     ASSERT_EQ(drawn.size(), 1u) << kind.key;
     EXPECT_NEAR(drawn[0].box.width(), scene.truth(kind.thing).width * 320, 5) << kind.key;
+  }
+}
+
+TEST(DrawnFaces, StandOnTheFacesOfAPhotograph) {
+  SKIP_WITHOUT_SAMPLES();
+  DrawnScene scene((kSamples / "inpaint_result.jpg").string());
+  scene.tick("face detection");
+  std::vector<DrawnItem> drawn = scene.drawn("FaceDetected");
+  ASSERT_EQ(drawn.size(), 3u);
+  // By eye, from left to right.
+  const QPointF noses[] = {{60, 46}, {60, 166}, {220, 166}};
+  for (std::size_t i = 0; i < 3; ++i) {
+    const QPointF off = drawn[i].centre - noses[i];
+    EXPECT_LT(std::hypot(off.x(), off.y()), 8) << i;
+    EXPECT_EQ(drawn[i].description, "face " + std::to_string(i));
   }
 }
 

@@ -1,4 +1,5 @@
-// The viewer's panel on a robot whose generated scene stands still, and what is drawn over it.
+// The viewer's panel on a robot whose generated scene, or other source, stands still, and what is
+// drawn over it.
 #pragma once
 
 #include <QCheckBox>
@@ -25,9 +26,12 @@ struct DrawnItem {
 // GUI thread.
 class DrawnScene {
  public:
-  explicit DrawnScene(const std::string& second = "1700000003")
-      : fMoment(std::stoll(second) * 1000000),
-        fRobot({"--port", "0", "--camera-model", "2", "--camera", "0=generated:" + second}),
+  static inline const std::string kStill = "generated:";
+  static constexpr std::int64_t kSecond = 1700000003;
+
+  // What the camera shows; the truth is only that of the default.
+  explicit DrawnScene(const std::string& source = kStill + std::to_string(kSecond))
+      : fRobot({"--port", "0", "--camera-model", "2", "--camera", "0=" + source}),
         fBroker(fRobot.connect()),
         fModule(Ky::KyModule::createModule<Module>(fBroker)) {
     model().fFps = 30;
@@ -72,7 +76,7 @@ class DrawnScene {
   }
 
   robot::SceneTruth truth(const std::string& name) const {
-    for (const robot::SceneTruth& one : robot::GeneratedScene(0).truthAt(fMoment))
+    for (const robot::SceneTruth& one : robot::GeneratedScene(0).truthAt(kSecond * 1000000))
       if (one.name == name) return one;
     throw std::runtime_error("there is no \"" + name + "\" in the scene");
   }
@@ -126,7 +130,6 @@ class DrawnScene {
     return drawn;
   }
 
-  const std::int64_t fMoment;
   KyrobotProcess fRobot;
   boost::shared_ptr<Ky::KyBroker> fBroker;
   boost::shared_ptr<Module> fModule;
