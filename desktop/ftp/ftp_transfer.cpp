@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <QPointer>
+#include <algorithm>
 #include <utility>
 
 #include "desktop/ftp/ftp_client.h"
@@ -170,8 +171,11 @@ std::size_t FtpClient::onData(char* bytes, std::size_t size, std::size_t count, 
   auto& client = *static_cast<FtpClient*>(self);
   client.fSilentPeriods = 0;
   const auto wanted = static_cast<qint64>(size * count);
-  const qint64 written = client.fDevice->write(bytes, wanted);
-  return written == wanted ? size * count : 0;
+  qint64 written = 0;
+  // A device that takes only a part says why with the rest.
+  for (qint64 part = 1; part > 0 && written < wanted; written += part)
+    part = std::max(client.fDevice->write(bytes + written, wanted - written), qint64{0});
+  return static_cast<std::size_t>(written);
 }
 
 std::size_t FtpClient::onReply(char* bytes, std::size_t size, std::size_t count, void* self) {

@@ -449,8 +449,8 @@ TEST_F(Client, TellsThatTheDeviceTakesNoMore) {
 }
 
 TEST_F(Client, AsksNoProxy) {
-  qputenv("ftp_proxy", "http://127.0.0.1:1");
-  qputenv("ALL_PROXY", "http://127.0.0.1:1");
+  qputenv("ftp_proxy", "127.0.0.1:1");
+  qputenv("ALL_PROXY", "127.0.0.1:1");
   connectAndLogIn();
   ftp.get("clip.avi", &target);
   ASSERT_TRUE(waitForEnds(3));
