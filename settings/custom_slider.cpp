@@ -121,7 +121,7 @@ bool QCustomSlider::setValue(int value) {
 }
 
 void QCustomSlider::onChanged(int value) {
-  fValueLabel->setText(QString::number(value));
+  if (fValueLabel != nullptr) fValueLabel->setText(QString::number(value));
   if (!fActivation) return;
   const boost::shared_ptr<Module> module = fModule.lock();
   if (!module) return;

@@ -51,9 +51,10 @@ TEST(VideoDeviceParameters, RefuseWhatTheModelLacks) {
                                                   {5, "5 (blue chroma)"},
                                                   {13, "13 (auto gain)"},
                                                   {21, "21 (exposure correction)"}};
-  for (const auto& [id, name] : kLacking) {
+  for (const auto& lacking : kLacking) {
+    const int id = lacking.first;
     const std::string text =
-        "a camera of model 2 has no parameter " + name + "; one of model 1 has";
+        "a camera of model 2 has no parameter " + lacking.second + "; one of model 1 has";
     EXPECT_EQ(errorText([&, id = id] { bench.device.getParam(id, 0); }), text);
     EXPECT_EQ(errorText([&, id = id] { bench.device.setParam(id, 0, 0); }), text);
   }

@@ -119,6 +119,7 @@ TEST_F(Slider, BeforeItIsBuiltKeepsOnlyTheActivation) {
   EXPECT_FALSE(slider->setValue(1));
   EXPECT_FALSE(slider->setActivation(false));
   EXPECT_EQ(slider->slider(), nullptr);
+  slider->onChanged(5);
   EXPECT_EQ(viewer.robot.calls(), Lines{});
   const std::unique_ptr<QLayout> row(slider->init());
   EXPECT_TRUE(allEnabled(false));
