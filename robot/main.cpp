@@ -4,6 +4,7 @@
 #include <opencv2/core.hpp>
 #include <opencv2/core/utils/logger.hpp>
 
+#include "robot/ftp/start_ftp.h"
 #include "robot/options.h"
 #include "robot/robot.h"
 #include "robot/stop_signals.h"
@@ -25,6 +26,7 @@ int serve(const robot::Options& options) {
   cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
   {
     const robot::Robot robot(options);
+    const auto ftp = robot::startFtp(options, std::cout);
     std::cout << "kyrobot: listening on " << robot.address().toString() << std::endl;
     stop.wait();
   }

@@ -20,6 +20,8 @@ Examples:
       A folder of pictures, on another port.
   kyrobot --listen 0.0.0.0 --keys ~/.config/ky/keys
       For other computers whose keys are known; "ky keys" makes them.
+  kyrobot --ftp
+      With an FTP server for the recordings; it prints the login.
 
 docs/robot.md tells more.)";
 
@@ -42,6 +44,26 @@ std::string checkModule(const std::string& name) {
   std::string all;
   for (const std::string& one : names) all += (all.empty() ? "" : ", ") + one;
   return "there is no module \"" + name + "\"; there are " + all;
+}
+
+void addFtp(CLI::App& app, bool& isWanted, FtpOptions& ftp) {
+  CLI::Option* wanted =
+      app.add_flag("--ftp", isWanted,
+                   "Serve the home by FTP on the address of --listen, so that recordings can be "
+                   "downloaded. The password is that of --ftp-password-file or of the environment "
+                   "variable KYROBOT_FTP_PASSWORD, or a new one that is printed");
+  app.add_option("--ftp-port", ftp.port, "Port of the FTP server; the viewer knows 21 only")
+      ->type_name("PORT")
+      ->check(CLI::Range(0, 65535).description(""))
+      ->capture_default_str()
+      ->needs(wanted);
+  app.add_option("--ftp-user", ftp.user, "Name to log in with")
+      ->type_name("NAME")
+      ->capture_default_str()
+      ->needs(wanted);
+  app.add_option("--ftp-password-file", ftp.passwordFile, "File whose first line is the password")
+      ->type_name("FILE")
+      ->needs(wanted);
 }
 
 }  // namespace
@@ -94,6 +116,9 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
       ->type_name("NAME")
       ->check(CLI::Validator(checkModule, ""))
       ->allow_extra_args(false);
+  bool isFtpWanted = false;
+  FtpOptions ftp;
+  addFtp(app, isFtpWanted, ftp);
 
   try {
     app.parse(argc, argv);
@@ -109,6 +134,7 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
     options.sources[camera[0] == '0' ? 0 : 1] = camera.substr(2);
   options.without.insert(without.begin(), without.end());
   if (!keys.empty()) options.keys = keys;
+  if (isFtpWanted) options.ftp = ftp;
   return options;
 }
 

@@ -12,6 +12,12 @@
 
 namespace robot {
 
+struct FtpOptions {
+  int port = 21;  // the only one that the viewer knows
+  std::string user = "tam";
+  std::optional<std::filesystem::path> passwordFile;
+};
+
 struct Options {
   Ky::KyAddress listen;
   std::array<std::string, 2> sources = {"generated", "generated"};
@@ -23,6 +29,7 @@ struct Options {
   std::optional<std::filesystem::path> keys;
   bool insecure = false;
   std::set<std::string> without;  // names of modules
+  std::optional<FtpOptions> ftp;  // no server without
 };
 
 // What the command line says, or nothing when there is nothing to start: `exitCode` is then 0

@@ -18,7 +18,7 @@ sigset_t stopSet() {
 StopSignals::StopSignals() {
   const sigset_t set = stopSet();
   pthread_sigmask(SIG_BLOCK, &set, nullptr);
-  std::signal(SIGPIPE, SIG_IGN);
+  for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);
 }
 
 void StopSignals::wait() const {

@@ -4,7 +4,8 @@
 namespace robot {
 
 // Make one before any other thread: threads made later don't receive the signals either. A broken
-// pipe on standard output is no reason to die, so SIGPIPE is ignored.
+// pipe on standard output and a file that may not grow further are no reasons to die, so SIGPIPE
+// and SIGXFSZ are ignored.
 class StopSignals {
  public:
   StopSignals();

@@ -29,9 +29,10 @@ TEST(KyrobotOptions, HelpExplainsEveryOptionWithExamples) {
   const Ended ended = runKyrobot({"--help"});
   EXPECT_EQ(ended.code, 0);
   EXPECT_EQ(ended.errors, "");
-  for (const char* text : {"--port", "--listen", "--camera", "--camera-model", "--home", "--logos",
-                           "--pictures", "--keys", "--insecure", "--without", "--version",
-                           "Examples:", "kyrobot --camera 0=vtest.avi"})
+  for (const char* text :
+       {"--port", "--listen", "--camera", "--camera-model", "--home", "--logos", "--pictures",
+        "--keys", "--insecure", "--without", "--ftp", "--ftp-port", "--ftp-user",
+        "--ftp-password-file", "--version", "Examples:", "kyrobot --camera 0=vtest.avi"})
     EXPECT_NE(ended.output.find(text), std::string::npos) << text;
 }
 

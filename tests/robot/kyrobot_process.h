@@ -10,11 +10,16 @@
 // Its home is a folder of its own.
 class KyrobotProcess {
  public:
-  explicit KyrobotProcess(std::vector<std::string> options = {"--port", "0"})
-      : fProcess(KYROBOT, std::move(options), {{"XDG_DATA_HOME", fFolder.path().string()}}) {}
+  explicit KyrobotProcess(std::vector<std::string> options = {"--port", "0"},
+                          Process::Environment environment = {})
+      : fProcess(KYROBOT, std::move(options), withHome(std::move(environment))) {}
 
   Process& process() { return fProcess; }
   const TestFolder& folder() const { return fFolder; }
+  // Where a file of the robot's is: one whose path begins with "/home/tam/".
+  std::string onDisk(const std::string& path) const {
+    return folder() / ("kyrobot/" + path.substr(std::string("/home/tam/").size()));
+  }
 
   // Waits until it listens.
   Ky::KyAddress address() {
@@ -32,6 +37,11 @@ class KyrobotProcess {
   }
 
  private:
+  Process::Environment withHome(Process::Environment environment) const {
+    environment["XDG_DATA_HOME"] = fFolder.path().string();
+    return environment;
+  }
+
   TestFolder fFolder;
   Process fProcess;
 };
