@@ -10,8 +10,11 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <map>
+#include <string>
 #include <vector>
 
+#include "ky/video_device_proxy.h"
 #include "playing_viewer.h"
 #include "targets.h"
 #include "zu/log.h"
@@ -34,10 +37,33 @@ double percentile95(std::vector<double> values) {
   return values[values.size() * 95 / 100];
 }
 
-void play(benchmark::State& state, const Ky::KyAddress& robot, int resolution) {
-  const std::string name = Model::resolutionToString(resolution);
+struct Played {
+  int resolution;
+  bool changesPictures;  // with every parameter of the camera
+  std::string name() const {
+    return Model::resolutionToString(resolution) + (changesPictures ? ", all parameters set" : "");
+  }
+};
+
+// As much work for the robot as parameters can make.
+void changePictures(const Module& module) {
+  using enum Ky::CameraParameter;
+  for (const auto& [id, value] : std::map<int, int>{{kBrightness, 140},
+                                                    {kContrast, 70},
+                                                    {kSaturation, 200},
+                                                    {kHue, 30},
+                                                    {kHorizontalFlip, 1},
+                                                    {kAutoExposition, 1},
+                                                    {kAutoGain, 1},
+                                                    {kAutoWhiteBalance, 1}})
+    module.setCameraParam(id, value);
+}
+
+void play(benchmark::State& state, const Ky::KyAddress& robot, const Played& played) {
+  const std::string name = played.name();
   for (auto _ : state) {
-    bench::PlayingViewer viewer(robot, resolution);
+    bench::PlayingViewer viewer(robot, played.resolution);
+    if (played.changesPictures) changePictures(*viewer.module());
     bench::processEventsFor(kWarmUpMs);
     viewer.view().takeAges();
     bench::processEventsFor(kMeasuredMs);
@@ -87,10 +113,11 @@ int run(int argc, char** argv) {
   }
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
-  for (const int resolution : {2, 3}) {
+  // The robot keeps its parameters: the changed pictures come last.
+  for (const Played& played : {Played{2, false}, Played{3, false}, Played{3, true}}) {
     benchmark::RegisterBenchmark(
-        ("play/" + Model::resolutionToString(resolution)).c_str(),
-        [&, resolution](benchmark::State& state) { play(state, robot.address, resolution); })
+        ("play/" + played.name()).c_str(),
+        [&, played](benchmark::State& state) { play(state, robot.address, played); })
         ->Iterations(1)
         ->Unit(benchmark::kSecond)
         ->UseRealTime();
