@@ -1,5 +1,6 @@
 // How many pictures a second does the viewer show when 30 are asked for, and how old is a picture
-// when it is painted? A real robot in a process of its own, the real module, thread and view.
+// when it is painted? And how many with all detections switched on? A real robot in a process of
+// its own, the real module, thread and view.
 //
 // With --minutes N it shows 640 x 480 for that long instead and says how much the memory has grown.
 #include <benchmark/benchmark.h>
@@ -77,6 +78,22 @@ void play(benchmark::State& state, const Ky::KyAddress& robot, const Played& pla
   }
 }
 
+void playWithDetections(benchmark::State& state, const Ky::KyAddress& robot) {
+  const std::vector<std::string> kinds = {"mark", "ball", "duck", "face", "logo", "picture"};
+  // The robot's ducks are no records of the viewer's, which says so with every picture.
+  zu::log::setConsoleLevel(zu::log::Level::fatal);
+  for (auto _ : state) {
+    bench::PlayingViewer viewer(robot, 1);
+    for (const std::string& kind : kinds)
+      if (!viewer.module()->activateDetection(kind, 1))
+        state.SkipWithError("no detection of this kind");
+    bench::processEventsFor(kWarmUpMs + kMeasuredMs);
+    const double shown = viewer.view().shownFrameRate();
+    state.counters["shown_fps"] = shown;
+    bench::atLeast("frames a second shown of 30 at 320x240 with all detections", shown, 29);
+  }
+}
+
 // The first minute is for whatever is allocated once.
 void watchMemory(const Ky::KyAddress& robot, int minutes) {
   bench::PlayingViewer viewer(robot, 2);
@@ -122,6 +139,11 @@ int run(int argc, char** argv) {
         ->Unit(benchmark::kSecond)
         ->UseRealTime();
   }
+  benchmark::RegisterBenchmark(
+      "play/detections", [&](benchmark::State& state) { playWithDetections(state, robot.address); })
+      ->Iterations(1)
+      ->Unit(benchmark::kSecond)
+      ->UseRealTime();
   benchmark::RunSpecifiedBenchmarks();
   return 0;
 }

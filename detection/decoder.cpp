@@ -1,7 +1,6 @@
 #include "detection/decoder.h"
 
 #include <array>
-#include <cstdio>
 #include <utility>
 
 namespace {
@@ -25,10 +24,18 @@ Decoder decoderFor(const std::string& key) {
   return decodeCustomObjects;
 }
 
-std::string itemName(const std::string& kind, std::size_t index) {
-  char number[24];
-  std::snprintf(number, sizeof number, " %06zu", index);
-  return kind + number;
+std::string itemName(std::string_view kind, std::size_t index) {
+  std::size_t digits = 6;
+  for (std::size_t rest = index / 1000000; rest > 0; rest /= 10) ++digits;
+  std::string name(kind.size() + 1 + digits, ' ');
+  kind.copy(name.data(), kind.size());
+  for (std::size_t at = name.size(); digits > 0; --digits, index /= 10)
+    name[--at] = static_cast<char>('0' + index % 10);
+  return name;
+}
+
+void append(Items& items, std::string name, displayObject item) {
+  items.insert_or_assign(items.end(), std::move(name), std::move(item));
 }
 
 const Ky::KyValue::Array& entriesOf(const Ky::KyValue& value) {

@@ -5,6 +5,7 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "acquisition/display_object.h"
 #include "ky/value.h"
@@ -56,7 +57,10 @@ void decodeCustomObjects(const Ky::KyValue& value, const FieldOfView& field, Ite
 constexpr std::uint32_t kExtractorBlue = 0x0000C8;
 
 // "mark 000012": padded, so that the items' order, in which they are painted, is the entries'.
-std::string itemName(const std::string& kind, std::size_t index);
+std::string itemName(std::string_view kind, std::size_t index);
+
+// Adds an item; quick when its name comes after all others. One of the same name is replaced.
+void append(Items& items, std::string name, displayObject item);
 
 // The entries of an extractor's result; empty when nothing was seen.
 const Ky::KyValue::Array& entriesOf(const Ky::KyValue& value);

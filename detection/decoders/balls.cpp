@@ -23,5 +23,5 @@ displayObject ball(const Ky::KyValue& entry, const FieldOfView& field, std::size
 void decodeBalls(const Ky::KyValue& value, const FieldOfView& field, Items& items) {
   const auto& entries = entriesOf(value);
   for (std::size_t i = 0; i < entries.size(); ++i)
-    items[itemName("ball", i)] = ball(entries[i], field, i);
+    append(items, itemName("ball", i), ball(entries[i], field, i));
 }

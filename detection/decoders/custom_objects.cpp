@@ -29,5 +29,5 @@ displayObject customObject(const Ky::KyValue& record) {
 void decodeCustomObjects(const Ky::KyValue& value, const FieldOfView&, Items& items) {
   const auto& records = value.asArray();
   for (std::size_t i = 0; i < records.size(); ++i)
-    items[itemName("object", i)] = customObject(records[i]);
+    append(items, itemName("object", i), customObject(records[i]));
 }

@@ -45,6 +45,6 @@ void decodeDucks(const Ky::KyValue& value, const FieldOfView& field, Items& item
   const auto& entries = entriesOf(value);
   for (std::size_t i = 0; i < entries.size(); ++i) {
     requireAngles(entries[i]);
-    items[itemName("duck", i)] = duck(entries[i], field, i);
+    append(items, itemName("duck", i), duck(entries[i], field, i));
   }
 }

@@ -17,5 +17,5 @@ void decodeFaces(const Ky::KyValue& value, const FieldOfView& field, Items& item
   const auto& entries = entriesOf(value);
   // The last entry is no face: it tells of all of them.
   for (std::size_t i = 0; i + 1 < entries.size(); ++i)
-    items[itemName("face", i)] = face(entries[i], field, i);
+    append(items, itemName("face", i), face(entries[i], field, i));
 }

@@ -20,5 +20,5 @@ displayObject landmark(const Ky::KyValue& entry, const FieldOfView& field) {
 void decodeLandmarks(const Ky::KyValue& value, const FieldOfView& field, Items& items) {
   const auto& entries = entriesOf(value);
   for (std::size_t i = 0; i < entries.size(); ++i)
-    items[itemName("mark", i)] = landmark(entries[i], field);
+    append(items, itemName("mark", i), landmark(entries[i], field));
 }

@@ -15,5 +15,5 @@ displayObject logo(const Ky::KyValue& entry, const FieldOfView& field, std::size
 void decodeLogos(const Ky::KyValue& value, const FieldOfView& field, Items& items) {
   const auto& entries = entriesOf(value);
   for (std::size_t i = 0; i < entries.size(); ++i)
-    items[itemName("logo", i)] = logo(entries[i], field, i);
+    append(items, itemName("logo", i), logo(entries[i], field, i));
 }

@@ -52,7 +52,7 @@ void decodePictures(const Ky::KyValue& value, const FieldOfView& field, Items& i
     const displayObject middle = itemInMiddleOf(entries[i][3], field);
     const auto& labels = entries[i][0].asArray();
     for (std::size_t line = 0; line < labels.size(); ++line)
-      items[itemName(itemName("picture", i) + " label", line)] =
-          labelled(middle, line, labels[line].asString());
+      append(items, itemName(itemName("picture", i) + " label", line),
+             labelled(middle, line, labels[line].asString()));
   }
 }

@@ -132,58 +132,13 @@ void KyValue::throwWrongType(KyType wanted) const {
                 typeName(wanted));
 }
 
-template <class T>
-const T& KyValue::get(KyType wanted) const {
-  if (const T* data = std::get_if<T>(&fData)) return *data;
-  throwWrongType(wanted);
+void KyValue::throwTooLarge() const {
+  throw KyError("the number " + std::to_string(asInt64()) + " does not fit an int of 32 bits");
 }
 
-bool KyValue::asBool() const {
-  return get<bool>(KyType::Bool);
-}
-
-int KyValue::asInt() const {
-  const std::int64_t number = asInt64();
-  if (number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max())
-    throw KyError("the number " + std::to_string(number) + " does not fit an int of 32 bits");
-  return static_cast<int>(number);
-}
-
-std::int64_t KyValue::asInt64() const {
-  return get<std::int64_t>(KyType::Int);
-}
-
-float KyValue::asFloat() const {
-  return static_cast<float>(asDouble());
-}
-
-double KyValue::asDouble() const {
-  if (isInt()) return static_cast<double>(asInt64());
-  return get<double>(KyType::Float);
-}
-
-const std::string& KyValue::asString() const {
-  return get<std::string>(KyType::String);
-}
-
-const KyBinary& KyValue::asBinary() const {
-  return get<KyBinary>(KyType::Binary);
-}
-
-const KyValue::Array& KyValue::asArray() const {
-  return get<Array>(KyType::Array);
-}
-
-std::size_t KyValue::size() const {
-  return isNothing() ? 0 : asArray().size();
-}
-
-const KyValue& KyValue::operator[](std::size_t index) const {
-  const Array& elements = asArray();
-  if (index >= elements.size())
-    throw KyError("an array of " + std::to_string(elements.size()) + " elements has no element " +
-                  std::to_string(index));
-  return elements[index];
+void KyValue::throwNoElement(std::size_t index) const {
+  throw KyError("an array of " + std::to_string(size()) + " elements has no element " +
+                std::to_string(index));
 }
 
 void KyValue::push(KyValue element) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <limits>
 #include <string>
 #include <type_traits>
 #include <variant>
@@ -52,19 +53,21 @@ class KyValue {
   bool isBinary() const { return type() == KyType::Binary; }
   bool isArray() const { return type() == KyType::Array; }
 
-  bool asBool() const;
+  bool asBool() const { return get<bool>(KyType::Bool); }
   // Throws also when the number does not fit 32 bits.
   int asInt() const;
-  std::int64_t asInt64() const;
+  std::int64_t asInt64() const { return get<std::int64_t>(KyType::Int); }
   // The float nearest to the value.
-  float asFloat() const;
-  double asDouble() const;
-  const std::string& asString() const;
-  const KyBinary& asBinary() const;
-  const Array& asArray() const;
+  float asFloat() const { return static_cast<float>(asDouble()); }
+  double asDouble() const {
+    return isInt() ? static_cast<double>(asInt64()) : get<double>(KyType::Float);
+  }
+  const std::string& asString() const { return get<std::string>(KyType::String); }
+  const KyBinary& asBinary() const { return get<KyBinary>(KyType::Binary); }
+  const Array& asArray() const { return get<Array>(KyType::Array); }
 
   // Number of elements; 0 for nothing. Throws for every other type that is no array.
-  std::size_t size() const;
+  std::size_t size() const { return isNothing() ? 0 : asArray().size(); }
   const KyValue& operator[](std::size_t index) const;
   // Appends. Nothing becomes an array first.
   void push(KyValue element);
@@ -76,11 +79,34 @@ class KyValue {
 
  private:
   [[noreturn]] void throwWrongType(KyType wanted) const;
+  [[noreturn]] void throwTooLarge() const;
+  [[noreturn]] void throwNoElement(std::size_t index) const;
   template <class T>
   const T& get(KyType wanted) const;
 
   // The order of the alternatives is the order of KyType.
   std::variant<std::monostate, bool, std::int64_t, double, std::string, KyBinary, Array> fData;
 };
+
+// ---- implementation: readers take values apart by the ten thousands
+
+template <class T>
+const T& KyValue::get(KyType wanted) const {
+  if (const T* data = std::get_if<T>(&fData)) return *data;
+  throwWrongType(wanted);
+}
+
+inline int KyValue::asInt() const {
+  const std::int64_t number = asInt64();
+  if (number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max())
+    throwTooLarge();
+  return static_cast<int>(number);
+}
+
+inline const KyValue& KyValue::operator[](std::size_t index) const {
+  const Array& elements = asArray();
+  if (index >= elements.size()) throwNoElement(index);
+  return elements[index];
+}
 
 }  // namespace Ky
