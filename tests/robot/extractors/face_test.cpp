@@ -43,6 +43,10 @@ struct Photo {
   int found, missed, wrong;
 };
 
+void PrintTo(const Photo& photo, std::ostream* out) {
+  *out << photo.name;
+}
+
 const std::vector<Photo> kPhotos = {
     // One of the two looks aside, and is blurred.
     {"basketball1.png", {{75, 90, 36, 44}, {512, 62, 50, 75}}, 1, 1, 0},
