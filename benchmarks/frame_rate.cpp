@@ -4,13 +4,11 @@
 //
 // With --minutes N it shows 640 x 480 for that long instead and says how much the memory has grown.
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
 #include <QApplication>
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
 #include <map>
 #include <string>
 #include <vector>
@@ -24,13 +22,6 @@ namespace {
 
 constexpr int kWarmUpMs = 2500;  // the shown rate is right only after 30 frames
 constexpr int kMeasuredMs = 8000;
-
-double residentMegabytes() {
-  std::ifstream pages("/proc/self/statm");
-  double size = 0, resident = 0;
-  pages >> size >> resident;
-  return resident * static_cast<double>(::sysconf(_SC_PAGESIZE)) / 1e6;
-}
 
 double percentile95(std::vector<double> values) {
   if (values.empty()) return 1e9;
@@ -98,15 +89,15 @@ void playWithDetections(benchmark::State& state, const Ky::KyAddress& robot) {
 void watchMemory(const Ky::KyAddress& robot, int minutes) {
   bench::PlayingViewer viewer(robot, 2);
   bench::processEventsFor(60000);
-  const double atFirst = residentMegabytes();
+  const double atFirst = bench::residentMegabytes();
   for (int minute = 2; minute <= minutes; ++minute) {
     bench::processEventsFor(60000);
-    std::printf("minute %d: %.1f MB, %llu frames painted\n", minute, residentMegabytes(),
+    std::printf("minute %d: %.1f MB, %llu frames painted\n", minute, bench::residentMegabytes(),
                 static_cast<unsigned long long>(viewer.view().framesPainted()));
     std::fflush(stdout);
   }
   bench::atMost("MB grown in " + std::to_string(minutes) + " minutes",
-                residentMegabytes() - atFirst, 2);
+                bench::residentMegabytes() - atFirst, 2);
 }
 
 // Takes "--minutes N" out of the command line; 0 when it isn't there.

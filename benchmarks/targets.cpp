@@ -1,9 +1,11 @@
 #include "targets.h"
 
 #include <benchmark/benchmark.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <vector>
 
 namespace bench {
@@ -48,6 +50,13 @@ std::map<std::string, double> medians(int argc, char** argv) {
   benchmark::RunSpecifiedBenchmarks(&keeper);
   benchmark::Shutdown();
   return keeper.fMedians;
+}
+
+double residentMegabytes() {
+  std::ifstream pages("/proc/self/statm");
+  double size = 0, resident = 0;
+  pages >> size >> resident;
+  return resident * static_cast<double>(::sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
 void atMost(const std::string& what, double value, double bound) {

@@ -15,6 +15,9 @@ namespace bench {
 // Benchmark's. Ends the program with 2 for a wrong one.
 std::map<std::string, double> medians(int argc, char** argv);
 
+// How much memory this process has in use now.
+double residentMegabytes();
+
 void atMost(const std::string& what, double value, double bound);
 void atLeast(const std::string& what, double value, double bound);
 
