@@ -91,6 +91,9 @@ void CurlLoop::watch(curl_socket_t socket, int what) {
 }
 
 void CurlLoop::act(curl_socket_t socket, int what) {
+  // On GLib's event loop sockets that are always ready starve all timers, unless events are posted.
+  QMetaObject::invokeMethod(
+      this, [] {}, Qt::QueuedConnection);
   int running = 0;
   curl_multi_socket_action(fMulti, socket, what, &running);
   int left = 0;

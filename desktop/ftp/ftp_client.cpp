@@ -11,7 +11,9 @@
 
 namespace {
 
-constexpr long kBufferBytes = 512 * 1024;  // with less, a fast network outruns us
+// libcurl takes up to a hundred of them in a turn of the event loop: small enough for the window to
+// be painted in between, large enough for a fast network.
+constexpr long kBufferBytes = 64 * 1024;
 
 // Such a character would end one line of the protocol and begin another.
 bool hasControlCharacters(const QString& text) {
