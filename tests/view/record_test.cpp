@@ -192,6 +192,8 @@ class Download : public Record {
     files.write("recordings/cameras/clip.avi", "the film");
     files.write("films/clip.avi", "another film");
     files.serve(21);
+    Dk::FtpConfig::a_login.clear();
+    Dk::FtpConfig::a_password.clear();
     driver.on<QDialog>("Authentication required", [this](QDialog& dialog) {
       const auto edits = dialog.findChildren<QLineEdit*>();
       QTest::keyClicks(edits[0], RobotFiles::kUser);
