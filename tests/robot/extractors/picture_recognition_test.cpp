@@ -24,6 +24,7 @@ const KyValue kNothing = KyValue::array();
 class RecognitionTest : public testing::Test {
  protected:
   RecognitionTest() {
+    cv::setNumThreads(1);  // as the robot does
     cv::imwrite(fPictures / "harbour days.png", paintHarbour());
     cv::imwrite(fLogos / "periscope.png", paintEmblem());
   }
