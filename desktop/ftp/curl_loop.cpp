@@ -91,7 +91,6 @@ void CurlLoop::watch(curl_socket_t socket, int what) {
 }
 
 void CurlLoop::act(curl_socket_t socket, int what) {
-  // On GLib's event loop sockets that are always ready starve all timers, unless events are posted.
   QMetaObject::invokeMethod(
       this, [] {}, Qt::QueuedConnection);
   int running = 0;
