@@ -91,7 +91,8 @@ void CurlLoop::watch(curl_socket_t socket, int what) {
 }
 
 void CurlLoop::act(curl_socket_t socket, int what) {
-  // On GLib's event loop timers have to wait while sockets are always ready, unless events are posted.
+  // On GLib's event loop timers have to wait while sockets are always ready, unless events are
+  // posted.
   QMetaObject::invokeMethod(
       this, [] {}, Qt::QueuedConnection);
   int running = 0;
