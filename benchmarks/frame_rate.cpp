@@ -5,7 +5,6 @@
 // With --minutes N it shows 640 x 480 for that long instead and says how much the memory has grown.
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -142,13 +141,5 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  zu::log::setConsoleLevel(zu::log::Level::warning);
-  QApplication application(argc, argv);
-  try {
-    return run(argc, argv);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "frame_rate: %s\n", error.what());
-    return 1;
-  }
+  return bench::runWindowed(argc, argv, run);
 }

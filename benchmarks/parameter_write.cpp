@@ -3,17 +3,14 @@
 // costs that does nothing.
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
 #include <QSlider>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 
 #include "playing_viewer.h"
 #include "settings/custom_slider.h"
 #include "targets.h"
-#include "zu/log.h"
 
 namespace {
 
@@ -82,13 +79,5 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  zu::log::setConsoleLevel(zu::log::Level::warning);
-  QApplication application(argc, argv);
-  try {
-    return run(argc, argv);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "parameter_write: %s\n", error.what());
-    return 1;
-  }
+  return bench::runWindowed(argc, argv, run);
 }

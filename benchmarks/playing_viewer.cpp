@@ -1,10 +1,12 @@
 #include "playing_viewer.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <cstdio>
 #include <stdexcept>
 
+#include "zu/log.h"
 #include "zu/os.h"
 
 namespace bench {
@@ -35,6 +37,18 @@ boost::shared_ptr<Ky::KyBroker> connectTo(const Ky::KyAddress& robot) {
 }
 
 }  // namespace
+
+int runWindowed(int argc, char** argv, int (*run)(int argc, char** argv)) {
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  zu::log::setConsoleLevel(zu::log::Level::warning);
+  const QApplication application(argc, argv);
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s: %s\n", argv[0], error.what());
+    return 1;
+  }
+}
 
 Robot::Robot()
     : process(KYROBOT, {"--port", "0", "--home", home.path().toStdString()}),

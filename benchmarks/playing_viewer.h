@@ -24,6 +24,10 @@ struct Robot {
   Ky::KyAddress address;
 };
 
+// The main() of a benchmark with a window, which needs no display. `run` takes the command line and
+// returns the exit code; what it throws is said on standard error.
+int runWindowed(int argc, char** argv, int (*run)(int argc, char** argv));
+
 // Delivers Qt's events meanwhile.
 void processEventsFor(qint64 milliseconds);
 

@@ -2,8 +2,6 @@
 // A real robot in a process of its own records its generated scene while the real viewer shows it.
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
-#include <cstdio>
 #include <opencv2/core.hpp>
 #include <opencv2/videoio.hpp>
 #include <string>
@@ -12,7 +10,6 @@
 #include "ky/video_recorder_proxy.h"
 #include "playing_viewer.h"
 #include "targets.h"
-#include "zu/log.h"
 
 namespace {
 
@@ -87,13 +84,5 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  zu::log::setConsoleLevel(zu::log::Level::warning);
-  QApplication application(argc, argv);
-  try {
-    return run(argc, argv);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "recording: %s\n", error.what());
-    return 1;
-  }
+  return bench::runWindowed(argc, argv, run);
 }
