@@ -115,6 +115,10 @@ std::string joined(const std::vector<std::string>& parts) {
   return path;
 }
 
+std::string numbered(const std::string& name, int number) {
+  return number == 1 ? name : name + "_" + std::to_string(number);
+}
+
 }  // namespace
 
 void NewFile::discard() const {
@@ -127,7 +131,7 @@ NewFile HomeFolder::create(const std::string& folder, const std::string& name,
   const auto parts = partsOf(folder);
   NewFile made{openFolder(fHome, parts), UniqueFd(), "", ""};
   for (int number = 1; made.file.get() < 0; ++number) {
-    made.name = name + (number == 1 ? "" : "_" + std::to_string(number)) + extension;
+    made.name = numbered(name, number) + extension;
     made.path = joined(parts) + made.name;
     made.file = UniqueFd(
         openat(made.folder.get(), made.name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
