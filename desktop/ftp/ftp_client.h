@@ -29,7 +29,8 @@ class FtpClient : public QObject {
 
   // For commands that start later. `connect`: until there is a connection, and again until the
   // server has greeted, 10 s by default. `silence`: how long a login may take, and a transfer
-  // without another byte, 20 s by default; whole seconds, at least 1.
+  // without another byte, 20 s by default; whole seconds, at least 1. After its last byte the
+  // server has 2 s to say that the file is complete.
   void setTimeLimits(std::chrono::milliseconds connect, std::chrono::seconds silence);
 
   // Each gives the number of its command. They start when control is back in the event loop.
@@ -93,6 +94,7 @@ class FtpClient : public QObject {
 
   // Of telling the progress and of watching it.
   static constexpr std::chrono::milliseconds kPeriod{40};
+  static constexpr std::chrono::seconds kFarewellLimit{2};
 
   std::chrono::milliseconds fConnectLimit{10000};
   std::chrono::seconds fSilenceLimit{20};
@@ -120,5 +122,6 @@ class FtpClient : public QObject {
   qint64 fTotalBytes = 0;
   qint64 fToldBytes = -1;
   int fSilentPeriods = 0;  // since the last byte, counted while the event loop runs
+  std::chrono::steady_clock::time_point fLastByte;
   QTimer fProgressTimer;
 };

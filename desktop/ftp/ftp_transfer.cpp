@@ -140,6 +140,8 @@ QString FtpClient::errorOf(CURLcode code) const {
     case CURLE_REMOTE_FILE_NOT_FOUND:
       return tr("The file is not there, or may not be read. The server answered: %1")
           .arg(QString::fromUtf8(fReply));
+    case CURLE_ABORTED_BY_CALLBACK:
+      return tr("The server did not say that the file is complete.");
     case CURLE_WRITE_ERROR:
       return tr("The file can't be written: %1.").arg(fDevice->errorString());
     case CURLE_PARTIAL_FILE:
@@ -170,7 +172,8 @@ int FtpClient::keepConnected(void* /*self*/, curl_socket_t socket, curlsocktype 
 std::size_t FtpClient::onData(char* bytes, std::size_t size, std::size_t count, void* self) {
   auto& client = *static_cast<FtpClient*>(self);
   client.fSilentPeriods = 0;
-  const auto wanted = static_cast<qint64>(size * count);
+  client.fLastByte = std::chrono::steady_clock::now();
+  const auto wanted = static_cast<qint64>(size) * static_cast<qint64>(count);
   qint64 written = 0;
   // A device that takes only a part says why with the rest.
   for (qint64 part = 1; part > 0 && written < wanted; written += part)
@@ -189,5 +192,7 @@ int FtpClient::onProgress(void* self, curl_off_t total, curl_off_t done, curl_of
   auto& client = *static_cast<FtpClient*>(self);
   client.fReadBytes = done;
   client.fTotalBytes = total;
-  return 0;
+  // The one answer for which libcurl holds up the event loop.
+  const bool isWhole = total > 0 && done >= total;
+  return isWhole && std::chrono::steady_clock::now() - client.fLastByte > kFarewellLimit ? 1 : 0;
 }

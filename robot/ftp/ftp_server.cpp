@@ -104,7 +104,7 @@ FtpServer::FtpServer(const FtpServerOptions& options)
       fListening(listenOn(options.listen)),
       fWakeUp(eventfd(0, EFD_CLOEXEC)) {
   fAddress.port = portOf(fListening);
-  fThread = std::jthread([this](std::stop_token stop) { serve(stop); });
+  fThread = std::jthread([this](const std::stop_token& stop) { serve(stop); });
 }
 
 FtpServer::~FtpServer() {
@@ -114,7 +114,7 @@ FtpServer::~FtpServer() {
 }
 
 // Its own thread: the system ends a session when the thread that started it does.
-void FtpServer::serve(std::stop_token stop) {
+void FtpServer::serve(const std::stop_token& stop) {
   while (!stop.stop_requested()) {
     std::vector<pollfd> events = {{fWakeUp.get(), POLLIN, 0}, {fListening.get(), POLLIN, 0}};
     for (const Session& session : fSessions) events.push_back({session.ended.get(), POLLIN, 0});

@@ -52,7 +52,7 @@ class FtpServer {
     UniqueFd ended;  // readable once the process has
   };
 
-  void serve(std::stop_token stop);
+  void serve(const std::stop_token& stop);
   void welcome();
   void start(UniqueFd client);
   void forgetEnded();

@@ -37,6 +37,7 @@ pid_t startFtpSession(const std::vector<std::string>& command, const FtpConfinem
                       int socket) {
   std::vector<std::string> words = command;
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   const pid_t parent = getpid();

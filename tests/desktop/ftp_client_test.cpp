@@ -9,6 +9,7 @@
 
 #include "desktop/robot_files.h"
 #include "desktop/scripted_server.h"
+#include "desktop/unfinished_server.h"
 #include "support/wait.h"
 
 namespace {
@@ -151,6 +152,16 @@ TEST_F(Client, DoesNotWaitForAServerThatNeverAnswersTheLogin) {
   ASSERT_TRUE(waitForEnds(2));
   EXPECT_EQ(heard, Texts({"1 connect", "2 login failed"}));
   EXPECT_EQ(errors[1], "The server has been silent for 1 s.");
+}
+
+TEST_F(Client, DoesNotWaitForLongForAServerThatNeverSaysThatAFileIsComplete) {
+  const UnfinishedServer server("the film");
+  ftp.connectToHost("127.0.0.1", server.port());
+  ftp.login("a", "b");
+  ftp.get("clip.avi", &target);
+  ASSERT_TRUE(waitForEnds(3));
+  EXPECT_EQ(heard, Texts({"1 connect", "2 login", "3 get failed"}));
+  EXPECT_EQ(errors[2], "The server did not say that the file is complete.");
 }
 
 TEST_F(Client, DoesNotWaitForAHostThatNeverAnswers) {

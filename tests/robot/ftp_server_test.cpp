@@ -45,11 +45,21 @@ class FtpServer : public testing::Test {
   }
   ~FtpServer() override { unsetenv("TMPDIR"); }
 
+  void SetUp() override {
+#if defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+    if (geteuid() != 0) GTEST_SKIP() << "the sanitizer's own thread prevents user namespaces";
+#endif
+#endif
+  }
+
   void write(const std::string& name, const std::string& content) const {
     fs::create_directories((home.path() / name).parent_path());
     std::ofstream(home.path() / name) << content;
   }
-  void start() { server = std::make_unique<robot::FtpServer>(options); }
+  void start() {
+    server = std::make_unique<robot::FtpServer>(options);
+  }
   std::string refusal() {
     try {
       start();

@@ -71,6 +71,7 @@ std::vector<Ball> BallFinder::find(const cv::Mat& yuv, std::int64_t time,
   std::sort(candidates.begin(), candidates.end(),
             [&](const auto& a, const auto& b) { return worth(a) > worth(b); });
   std::vector<Ball> balls;
+  balls.reserve(candidates.size());
   for (const Candidate& candidate : candidates) balls.push_back(candidate.ball);
 
   if (tuning.tracks) keepReachable(balls, time, tuning.maxShift);
