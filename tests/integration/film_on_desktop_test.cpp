@@ -22,6 +22,8 @@
 namespace {
 
 const std::string kFolder = "/home/tam/recordings/cameras/";
+constexpr int kFramesASecond = 15;
+constexpr int kFiveSeconds = 5 * kFramesASecond;
 
 template <class Named>
 Named* named(QWidget& window, const QString& name) {
@@ -111,7 +113,7 @@ TEST_F(FilmOnDesktop, IsTheRobotsByteForByte) {
   for (const auto& [resolution, width, height, name, login] : films) {
     recorder->callVoid("setResolution", resolution);
     local = folder.filePath(name + " on the desktop.avi");
-    record(name, 20);
+    record(name, kFiveSeconds);
     const auto before = driver.seen().size();
     pressRecord();
     // The file, the login the first time, the progress.
@@ -122,13 +124,13 @@ TEST_F(FilmOnDesktop, IsTheRobotsByteForByte) {
 
     const std::string path = kFolder + name.toStdString() + ".avi";
     const int frames = status().mid(status().indexOf('(') + 1).section(' ', 0, 0).toInt();
-    EXPECT_GE(frames, 20);
+    EXPECT_GE(frames, kFiveSeconds);
     EXPECT_EQ(status(), QString("'%1' (%2 frames) was recorded on the robot.\nFile path: %3")
                             .arg(name)
                             .arg(frames)
                             .arg(QString::fromStdString(path)));
     EXPECT_TRUE(contentOf(local.toStdString()) == contentOf(robot.onDisk(path)));
-    expectFilm(local.toStdString(), width, height, 15, frames);
+    expectFilm(local.toStdString(), width, height, kFramesASecond, frames);
   }
 }
 
@@ -137,14 +139,14 @@ TEST_F(FilmOnDesktop, IsCompleteOnTheRobotWhenTheRobotStops) {
   robot.process().signal(SIGTERM);
   EXPECT_EQ(robot.process().waitForExit(), 0);
   const int frames = framesIn("clip.avi ends with the robot");
-  expectFilm(robot.onDisk(kFolder + "clip.avi"), 320, 240, 15, frames);
+  expectFilm(robot.onDisk(kFolder + "clip.avi"), 320, 240, kFramesASecond, frames);
 }
 
 TEST_F(FilmOnDesktop, IsCompleteOnTheRobotWhenTheWindowIsClosed) {
   record("clip", 5);
   desktop.window.reset();
   const int frames = framesIn("clip.avi was stopped");
-  expectFilm(robot.onDisk(kFolder + "clip.avi"), 320, 240, 15, frames);
+  expectFilm(robot.onDisk(kFolder + "clip.avi"), 320, 240, kFramesASecond, frames);
 }
 
 }  // namespace
