@@ -120,9 +120,19 @@ TEST_F(FilmFile, IsWrittenWhereNoRoomCanBeSetAside) {
   umount(folder.path().c_str());
 }
 
+// As by "ulimit -f", until it goes out of scope.
+struct FileSizeLimit {
+  explicit FileSizeLimit(rlim_t bytes) {
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit limit{bytes, before.rlim_max};
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  }
+  ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before); }
+  rlimit before{};
+};
+
 TEST_F(FilmFile, EndsCompleteWhereFilesMayNotGrow) {
-  const rlimit limit{2000000, RLIM_INFINITY};
-  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  const FileSizeLimit limit(2000000);
   auto film = make();
   EXPECT_EQ(fill(*film, 1000), "the robot's disk is full; free some room");
   const int frames = film->frames();
