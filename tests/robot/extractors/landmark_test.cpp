@@ -80,11 +80,6 @@ TEST(TagPicture, RefusesANumberThatThereIsNot) {
   EXPECT_EQ(tagPicture(586, 4).size(), cv::Size(40, 40));
 }
 
-struct ViewRow {
-  const char* name;
-  View view;
-};
-
 class LandmarkViews : public testing::TestWithParam<ViewRow> {};
 
 #ifdef PERISCOPE_SANITIZED
@@ -120,18 +115,7 @@ TEST_P(LandmarkViews, TellTheirNumberInNinetyNineOfAHundred) {
   EXPECT_LT(farthest, 2);
 }
 
-constexpr ViewRow kRows[] = {
-    {"plain", {}},
-    {"turned", {.turn = 180}},
-    {"tilted", {.tilt = 45}},
-    {"small", {.scale = 0.25}},
-    {"noisy", {.noise = 20}},
-    {"blurred", {.blur = 3}},
-    {"shaded", {.shade = 0.8}},
-    {"everything", {180, 45, 0.25, 10, 1.2, 0.6}},
-};
-
-INSTANTIATE_TEST_SUITE_P(Rows, LandmarkViews, testing::ValuesIn(kRows),
+INSTANTIATE_TEST_SUITE_P(Rows, LandmarkViews, testing::ValuesIn(kViewRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace

@@ -61,15 +61,6 @@ TEST(PictureFinder, DoesNotFindAPhotographedBoxElsewhere) {
     EXPECT_FALSE(find(box, frameOf(photo).picture(2))) << photo;
 }
 
-struct ViewRow {
-  const char* name;
-  View view;
-};
-
-void PrintTo(const ViewRow& row, std::ostream* out) {
-  *out << row.name;
-}
-
 class PictureViews : public testing::TestWithParam<ViewRow> {
  protected:
 #ifdef PERISCOPE_SANITIZED
@@ -109,18 +100,7 @@ TEST_P(PictureViews, AreFoundWithTheirCorners) {
   }
 }
 
-constexpr ViewRow kRows[] = {
-    {"plain", {}},
-    {"turned", {.turn = 180}},
-    {"tilted", {.tilt = 45}},
-    {"small", {.scale = 0.25}},
-    {"noisy", {.noise = 20}},
-    {"blurred", {.blur = 3}},
-    {"shaded", {.shade = 0.8}},
-    {"everything", {180, 45, 0.25, 10, 1.2, 0.6}},
-};
-
-INSTANTIATE_TEST_SUITE_P(Rows, PictureViews, testing::ValuesIn(kRows),
+INSTANTIATE_TEST_SUITE_P(Rows, PictureViews, testing::ValuesIn(kViewRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(PictureFinder, FindsAPictureThatIsHalfCovered) {

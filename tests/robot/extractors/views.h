@@ -4,6 +4,7 @@
 #include <cmath>
 #include <opencv2/core.hpp>
 #include <opencv2/imgproc.hpp>
+#include <ostream>
 
 // What may differ from view to view; each view draws its own within these limits.
 struct View {
@@ -13,6 +14,28 @@ struct View {
   double noise = 0;  // standard deviation, grey levels
   double blur = 0;   // standard deviation, pixels
   double shade = 0;  // how much of the light one side may lack
+};
+
+// What detectors of flat things have to cope with.
+struct ViewRow {
+  const char* name;
+  View view;
+};
+
+// Among the tests' names.
+inline void PrintTo(const ViewRow& row, std::ostream* out) {
+  *out << row.name;
+}
+
+inline constexpr ViewRow kViewRows[] = {
+    {"plain", {}},
+    {"turned", {.turn = 180}},
+    {"tilted", {.tilt = 45}},
+    {"small", {.scale = 0.25}},
+    {"noisy", {.noise = 20}},
+    {"blurred", {.blur = 3}},
+    {"shaded", {.shade = 0.8}},
+    {"everything", {180, 45, 0.25, 10, 1.2, 0.6}},
 };
 
 struct SeenFlat {
