@@ -118,24 +118,14 @@ int run(int argc, char** argv) {
     watchMemory(robot.address, minutes);
     return 0;
   }
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   // The robot keeps its parameters: the changed pictures come last.
   for (const Played& played : {Played{2, false}, Played{3, false}, Played{3, true}}) {
-    benchmark::RegisterBenchmark(
-        ("play/" + played.name()).c_str(),
-        [&, played](benchmark::State& state) { play(state, robot.address, played); })
-        ->Iterations(1)
-        ->Unit(benchmark::kSecond)
-        ->UseRealTime();
+    bench::once("play/" + played.name(),
+                [&, played](benchmark::State& state) { play(state, robot.address, played); });
   }
-  benchmark::RegisterBenchmark(
-      "play/detections", [&](benchmark::State& state) { playWithDetections(state, robot.address); })
-      ->Iterations(1)
-      ->Unit(benchmark::kSecond)
-      ->UseRealTime();
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
+  bench::once("play/detections",
+              [&](benchmark::State& state) { playWithDetections(state, robot.address); });
+  return bench::runOnce(argc, argv);
 }
 
 }  // namespace

@@ -62,18 +62,12 @@ void drag(benchmark::State& state, const Ky::KyAddress& robot, int resolution) {
 
 int run(int argc, char** argv) {
   const bench::Robot robot;
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   for (const int resolution : {2, 3}) {
-    benchmark::RegisterBenchmark(
-        ("drag/" + Model::resolutionToString(resolution)).c_str(),
-        [&, resolution](benchmark::State& state) { drag(state, robot.address, resolution); })
-        ->Iterations(1)
-        ->Unit(benchmark::kSecond)
-        ->UseRealTime();
+    bench::once(
+        "drag/" + Model::resolutionToString(resolution),
+        [&, resolution](benchmark::State& state) { drag(state, robot.address, resolution); });
   }
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
+  return bench::runOnce(argc, argv);
 }
 
 }  // namespace

@@ -67,18 +67,11 @@ void record(benchmark::State& state, const bench::Robot& robot, const Watched& w
 
 int run(int argc, char** argv) {
   const bench::Robot robot;
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   for (const Watched& watched : {Watched{2, 1}, Watched{2, 3}, Watched{3, 3}}) {
-    benchmark::RegisterBenchmark(
-        ("record/" + watched.name()).c_str(),
-        [&, watched](benchmark::State& state) { record(state, robot, watched); })
-        ->Iterations(1)
-        ->Unit(benchmark::kSecond)
-        ->UseRealTime();
+    bench::once("record/" + watched.name(),
+                [&, watched](benchmark::State& state) { record(state, robot, watched); });
   }
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
+  return bench::runOnce(argc, argv);
 }
 
 }  // namespace

@@ -52,6 +52,13 @@ std::map<std::string, double> medians(int argc, char** argv) {
   return keeper.fMedians;
 }
 
+int runOnce(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}
+
 double residentMegabytes() {
   std::ifstream pages("/proc/self/statm");
   double size = 0, resident = 0;

@@ -4,8 +4,11 @@
 // output is one row of the table that scripts/bench prints.
 #pragma once
 
+#include <benchmark/benchmark.h>
+
 #include <map>
 #include <string>
+#include <utility>
 
 namespace bench {
 
@@ -17,6 +20,17 @@ std::map<std::string, double> medians(int argc, char** argv);
 
 // How much memory this process has in use now.
 double residentMegabytes();
+
+// Registers one that measures for itself, in seconds of its own choice: it runs once.
+template <class Measure>
+void once(const std::string& name, Measure measure) {
+  benchmark::RegisterBenchmark(name.c_str(), std::move(measure))
+      ->Iterations(1)
+      ->Unit(benchmark::kSecond)
+      ->UseRealTime();
+}
+// Runs what once() has registered. Returns the exit code: 2 for a wrong command line.
+int runOnce(int argc, char** argv);
 
 void atMost(const std::string& what, double value, double bound);
 void atLeast(const std::string& what, double value, double bound);

@@ -5,8 +5,8 @@
 
 namespace {
 
-// Ducks are decoded under the key "duck", but watched under "DuckDetected", which is a custom key:
-// the toy extractor publishes them there as ready-made records.
+// Ducks are decoded under the key "duck", but watched under "DuckDetected", which is a custom key
+// like any other: what stands there is read as records.
 constexpr std::array<std::pair<const char*, Decoder>, 6> kExtractorKeys{{
     {"LandmarkDetected", decodeLandmarks},
     {"FaceDetected", decodeFaces},

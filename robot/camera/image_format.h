@@ -34,6 +34,9 @@ inline bool isResolution(int resolution) {
   return resolution >= 0 && resolution < kResolutions;
 }
 
+// Throws KyError that names those there are.
+void requireResolution(int resolution);
+
 inline bool isColorSpace(int colorSpace) {
   return colorSpace == kGrey || colorSpace == kYuv422 || colorSpace == kYuv444;
 }

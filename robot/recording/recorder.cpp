@@ -76,9 +76,7 @@ FilmSettings Recorder::settings() const {
 }
 
 void Recorder::setSettings(const FilmSettings& settings) {
-  if (!isResolution(settings.resolution))
-    throw KyError("there is no resolution " + std::to_string(settings.resolution) +
-                  "; 0 is 160x120, 1 320x240, 2 640x480, 3 1280x960");
+  requireResolution(settings.resolution);
   if (!isFrameRate(settings.fps))
     throw KyError("films can't have " + std::to_string(settings.fps) + " frames a second; 1 to " +
                   std::to_string(kMaxFps) + " they can");

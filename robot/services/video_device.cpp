@@ -14,9 +14,7 @@ constexpr std::size_t kMaxSubscriptions = 32;  // of one peer
 constexpr std::size_t kMaxName = 128;          // bytes
 
 void requireWish(const Wish& wish) {
-  if (!isResolution(wish.format.resolution))
-    throw KyError("there is no resolution " + std::to_string(wish.format.resolution) +
-                  "; 0 is 160x120, 1 320x240, 2 640x480, 3 1280x960");
+  requireResolution(wish.format.resolution);
   if (!isColorSpace(wish.format.colorSpace))
     throw KyError("there is no colour space " + std::to_string(wish.format.colorSpace) +
                   "; 0 is grey, 9 YUV 4:2:2, 10 YUV 4:4:4");
