@@ -12,9 +12,9 @@
 #include <random>
 #include <vector>
 
-#include "acquisition/model.h"
-#include "acquisition/yuv_conversion.h"
 #include "targets.h"
+#include "viewer/acquisition/yuv_conversion.h"
+#include "viewer/core/model.h"
 
 namespace {
 

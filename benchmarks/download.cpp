@@ -13,10 +13,10 @@
 #include <utility>
 #include <vector>
 
-#include "desktop/ftp/ftp_client.h"
 #include "robot/ftp/ftp_server.h"
 #include "support/process.h"
 #include "targets.h"
+#include "viewer/download/ftp_client.h"
 
 namespace {
 

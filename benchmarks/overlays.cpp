@@ -7,11 +7,11 @@
 #include <QPainter>
 #include <vector>
 
-#include "acquisition/model.h"
-#include "acquisition/yuv_conversion.h"
-#include "detection/decoder.h"
 #include "targets.h"
-#include "view/overlay_painter.h"
+#include "viewer/acquisition/yuv_conversion.h"
+#include "viewer/core/model.h"
+#include "viewer/detection/decoder.h"
+#include "viewer/view/overlay_painter.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include <chrono>
 
 #include "playing_viewer.h"
-#include "settings/custom_slider.h"
 #include "targets.h"
+#include "viewer/settings/custom_slider.h"
 
 namespace {
 

@@ -8,11 +8,11 @@
 #include <utility>
 #include <vector>
 
-#include "acquisition/camera_thread.h"
 #include "ky/broker.h"
-#include "plugin/module.h"
 #include "support/process.h"
-#include "view/view_image.h"
+#include "viewer/acquisition/camera_thread.h"
+#include "viewer/core/module.h"
+#include "viewer/view/view_image.h"
 
 namespace bench {
 

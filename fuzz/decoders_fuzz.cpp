@@ -1,6 +1,6 @@
 // Whatever a robot writes under a watched key becomes items or a refusal, never a crash.
-#include "detection/decoder.h"
 #include "value_from_bytes.h"
+#include "viewer/detection/decoder.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "ky/proxy.h"
-#include "settings/panel_driver.h"
-#include "settings/uraballsettings_widget.h"
 #include "settings_tab.h"
+#include "tests/viewer/settings/panel_driver.h"
+#include "viewer/settings/uraballsettings_widget.h"
 
 namespace {
 

@@ -9,12 +9,12 @@
 #include <string>
 #include <vector>
 
-#include "plugin/module.h"
 #include "robot/camera/generated_scene.h"
 #include "robot/kyrobot_process.h"
 #include "support/wait.h"
-#include "view/view_image.h"
-#include "view/widget.h"
+#include "viewer/core/module.h"
+#include "viewer/view/view_image.h"
+#include "viewer/view/widget.h"
 
 // A figure as it was painted, without its text, in pixels of the shown picture, 320 x 240.
 struct DrawnItem {

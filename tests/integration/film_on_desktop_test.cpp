@@ -11,7 +11,7 @@
 #include <QTest>
 #include <csignal>
 
-#include "desktop/robot_files.h"
+#include "tests/viewer/download/robot_files.h"
 #include "ky/proxy.h"
 #include "lookout/settings_of_test.h"
 #include "robot/recording/film_facts.h"

@@ -3,12 +3,12 @@
 
 #include <opencv2/imgproc.hpp>
 
-#include "acquisition/model.h"
-#include "plugin/module.h"
 #include "robot/camera/generated_scene.h"
 #include "robot/kyrobot_process.h"
 #include "support/log_capture.h"
 #include "support/wait.h"
+#include "viewer/core/model.h"
+#include "viewer/core/module.h"
 
 namespace {
 

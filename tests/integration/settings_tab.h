@@ -8,14 +8,14 @@
 #include <memory>
 #include <string>
 
-#include "plugin/module.h"
 #include "robot/kyrobot_process.h"
-#include "settings/videosettings_widget.h"
 #include "support/log_capture.h"
 #include "support/wait.h"
-#include "view/placement.h"
-#include "view/view_image.h"
-#include "view/widget.h"
+#include "viewer/core/module.h"
+#include "viewer/settings/videosettings_widget.h"
+#include "viewer/view/placement.h"
+#include "viewer/view/view_image.h"
+#include "viewer/view/widget.h"
 #include "zu/os.h"
 
 // GUI thread.

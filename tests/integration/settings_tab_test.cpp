@@ -8,7 +8,7 @@
 #include <QElapsedTimer>
 #include <csignal>
 
-#include "settings/panel_driver.h"
+#include "tests/viewer/settings/panel_driver.h"
 
 namespace {
 

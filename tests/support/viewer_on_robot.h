@@ -1,9 +1,9 @@
 // A robot of scripted modules and the viewer's module on a desktop that is connected to it.
 #pragma once
 
-#include "plugin/module.h"
 #include "support/log_capture.h"
 #include "support/test_robot.h"
+#include "viewer/core/module.h"
 
 // Thread-bound. What was called and logged while it was built is forgotten.
 struct ViewerOnRobot {

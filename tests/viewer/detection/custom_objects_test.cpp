@@ -1,0 +1,171 @@
+// Figures that any program has drawn: the watch, and the poll of the robot's memory.
+#include <gtest/gtest.h>
+
+#include "ky/proxy.h"
+#include "support/viewer_on_robot.h"
+#include "tests/viewer/detection/decode.h"
+#include "viewer/detection/objectdisplaysettings_widget.h"
+
+using Ky::KyValue;
+using Lines = std::vector<std::string>;
+
+namespace {
+
+// A robot with a memory that can be written.
+class CustomObjects : public testing::Test {
+ protected:
+  CustomObjects() : memory(viewer.robot.add("KyMemory")) {
+    memory->answer("getListData", [this](const KyValue::Array& arguments) {
+      KyValue::Array answer;
+      for (const KyValue& key : arguments.at(0).asArray()) {
+        if (stored.count(key.asString()) == 0)
+          throw Ky::KyError("there is no value " + key.asString());
+        answer.push_back(stored.at(key.asString()));
+      }
+      return KyValue(answer);
+    });
+  }
+
+  Lines shown(const std::string& key) {
+    return descriptions(viewer.model().fObjects.at(key).fObjects);
+  }
+
+  ViewerOnRobot viewer;
+  std::map<std::string, KyValue> stored;
+  boost::shared_ptr<ScriptedModule> memory;
+};
+
+KyValue figure(const char* text) {
+  return KyValue::array({0.5, 0.7, 20, 2, 0, 0, 0, 0, text});
+}
+
+}  // namespace
+
+TEST_F(CustomObjects, AreDrawnForAnyProgramThatAsks) {
+  stored["myObjects"] = KyValue::array({figure("this is a test")});
+  viewer.robot.broker()->getProxy("Periscope")->callVoid("subscribeLog", "myObjects");
+  viewer.module->updateObjectsValue();
+  const auto items = listed(viewer.model().fObjects.at("myObjects").fObjects);
+  ASSERT_EQ(items.size(), 1u);
+  EXPECT_EQ(items[0].x, 0.5);
+  EXPECT_FLOAT_EQ(static_cast<float>(items[0].y), 0.7f);
+  EXPECT_EQ(items[0].diameter, 20);
+  EXPECT_EQ(items[0].thickness, 2);
+  EXPECT_EQ(items[0].shape, 0);
+  EXPECT_EQ(items[0].colour, 0xFF000000u);
+  EXPECT_EQ(items[0].description, "this is a test");
+  EXPECT_EQ(viewer.log.lines(), Lines{});
+}
+
+TEST_F(CustomObjects, WithoutWatchesAskTheRobotNothing) {
+  viewer.module->updateObjectsValue();
+  EXPECT_EQ(viewer.robot.calls(), Lines{});
+}
+
+TEST_F(CustomObjects, AreWatchedOnceHoweverOftenAsked) {
+  viewer.module->subscribeLog("a");
+  viewer.module->subscribeLog("a");
+  EXPECT_EQ(viewer.model().fObjects.size(), 1u);
+}
+
+TEST_F(CustomObjects, OfAllKeysComeInOneCallInKeyOrder) {
+  for (const char* key : {"b", "LandmarkDetected", "a"}) {
+    stored[key] = KyValue::array({});
+    viewer.module->subscribeLog(key);
+  }
+  stored["a"] = KyValue::array({figure("in a")});
+  stored["b"] = KyValue::array({figure("in b")});
+  viewer.module->updateObjectsValue();
+  EXPECT_EQ(viewer.robot.calls(),
+            Lines{"KyMemory.getListData([\"LandmarkDetected\", \"a\", \"b\"])"});
+  EXPECT_EQ(shown("a"), Lines{"in a"});
+  EXPECT_EQ(shown("b"), Lines{"in b"});
+}
+
+TEST_F(CustomObjects, StayUntilTheirKeySaysOtherwise) {
+  viewer.module->subscribeLog("a");
+  stored["a"] = KyValue::array({figure("1")});
+  viewer.module->updateObjectsValue();
+  viewer.module->updateObjectsValue();
+  EXPECT_EQ(shown("a"), Lines{"1"});
+  stored["a"] = KyValue::array();
+  viewer.module->updateObjectsValue();
+  EXPECT_EQ(shown("a"), Lines{});
+}
+
+TEST_F(CustomObjects, AreNotUpdatedAtAllWhenOneKeyIsUnknown) {
+  viewer.module->subscribeLog("a");
+  stored["a"] = KyValue::array({figure("old")});
+  viewer.module->updateObjectsValue();
+  viewer.module->subscribeLog("unknown");
+  stored["a"] = KyValue::array({figure("new")});
+  viewer.module->updateObjectsValue();
+  EXPECT_EQ(shown("a"), Lines{"old"});
+  EXPECT_EQ(viewer.log.lines(), Lines{"error updateObjectsValue: Exception while updating object "
+                                      "values:there is no value unknown"});
+}
+
+TEST_F(CustomObjects, SayThatTheRobotHasNoMemoryAndTryAgain) {
+  viewer.module->subscribeLog("a");
+  viewer.robot.remove("KyMemory");
+  viewer.module->updateObjectsValue();
+  viewer.module->updateObjectsValue();
+  const Lines lines = viewer.log.lines();
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[0].rfind("error updateObjectsValue: Exception while updating object values:", 0),
+            0u);
+}
+
+TEST_F(CustomObjects, OfOneWrongKeyDoNotSpoilTheOthers) {
+  for (const char* key : {"a", "b", "c"}) {
+    viewer.module->subscribeLog(key);
+    stored[key] = KyValue::array({figure(key)});
+  }
+  stored["b"] = "no figures";
+  viewer.module->updateObjectsValue();
+  EXPECT_EQ(shown("a"), Lines{"a"});
+  EXPECT_EQ(shown("b"), Lines{});
+  EXPECT_EQ(shown("c"), Lines{"c"});
+  EXPECT_EQ(viewer.log.lines(),
+            Lines{"error updateFromValue: Error handling Extractor result :a value of type string "
+                  "can't be read as array"});
+}
+
+TEST_F(CustomObjects, TakeAsManyValuesAsTheMemoryAnswers) {
+  for (const char* key : {"a", "b"}) viewer.module->subscribeLog(key);
+  memory->answer("getListData", KyValue::array({KyValue::array({figure("1")})}));
+  viewer.module->updateObjectsValue();
+  EXPECT_EQ(shown("a"), Lines{"1"});
+  EXPECT_EQ(shown("b"), Lines{});
+  EXPECT_EQ(viewer.log.lines(), Lines{});
+}
+
+TEST_F(CustomObjects, RefuseAnAnswerThatIsNoneToTheQuestion) {
+  viewer.module->subscribeLog("a");
+  for (const KyValue& answer :
+       {KyValue(), KyValue(7), KyValue("text"), KyValue::array({KyValue(), KyValue()})}) {
+    memory->answer("getListData", answer);
+    viewer.log.clear();
+    viewer.module->updateObjectsValue();
+    ASSERT_EQ(viewer.log.lines().size(), 1u) << answer.toString();
+    EXPECT_EQ(viewer.log.lines()[0].rfind(
+                  "error updateObjectsValue: Exception while updating object values:", 0),
+              0u);
+  }
+}
+
+TEST_F(CustomObjects, MayBeUnwatchedWhileTheRobotIsAsked) {
+  viewer.module->subscribeLog("a");
+  memory->answer("getListData", [this](const KyValue::Array&) {
+    viewer.model().removeObjectWatch("a");
+    return KyValue::array({KyValue::array({figure("late")})});
+  });
+  viewer.module->updateObjectsValue();
+  EXPECT_TRUE(viewer.model().fObjects.empty());
+  EXPECT_EQ(viewer.log.lines(), Lines{});
+}
+
+TEST_F(CustomObjects, HaveAnEmptyPanel) {
+  ObjectDisplaySettingsWidget panel(viewer.module, nullptr);
+  EXPECT_TRUE(panel.children().isEmpty());
+}

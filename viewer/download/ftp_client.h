@@ -1,0 +1,127 @@
+// Downloads files by FTP on Qt's event loop.
+#pragma once
+
+#include <QByteArray>
+#include <QIODevice>
+#include <QObject>
+#include <QTimer>
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <memory>
+
+#include "viewer/download/curl_loop.h"
+
+// Commands are queued and end in the order in which they were given, each with commandFinished(),
+// and each with its own failures. One that can't follow on a failed one (a login without a
+// connection, a transfer without a login) fails by itself. There is one control connection. FTP
+// says everything in the clear, the password too; it is sent nowhere else.
+//
+// Thread-bound, needs an event loop. May be deleted at any time, also by whoever hears its signals.
+class FtpClient : public QObject {
+  Q_OBJECT
+
+ public:
+  enum Command { None, ConnectToHost, Login, Get };
+
+  explicit FtpClient(QObject* parent = nullptr);
+  ~FtpClient() override;
+
+  // For commands that start later. `connect`: until there is a connection, and again until the
+  // server has greeted, 10 s by default. `silence`: how long a login may take, and a transfer
+  // without another byte, 20 s by default; whole seconds, at least 1. After its last byte the
+  // server has 2 s to say that the file is complete.
+  void setTimeLimits(std::chrono::milliseconds connect, std::chrono::seconds silence);
+
+  // Each gives the number of its command. They start when control is back in the event loop.
+  //
+  // `host`: a name, an IPv4 or an IPv6 address.
+  int connectToHost(const QString& host, quint16 port = 21);
+  int login(const QString& user, const QString& password);
+  // `file`: its path as the server knows it, in UTF-8, sent as it is. `to` is open for writing,
+  // stays the caller's and must live until the command has ended.
+  int get(const QString& file, QIODevice* to);
+
+  // Ends the current command and forgets all others, without a signal; then there is no connection.
+  void abort();
+
+  // What is current stays so while its commandFinished() is heard.
+  Command currentCommand() const;
+  // Of the last command that ended: what went wrong, for people. Empty when nothing did.
+  QString errorString() const { return fError; }
+
+ signals:
+  void commandFinished(int id, bool error);
+  // At most 25 times a second, and at the end. `totalBytes` is 0 while it is not known.
+  void dataTransferProgress(qint64 readBytes, qint64 totalBytes);
+
+ private:
+  struct Queued {
+    int id;
+    Command command;
+    std::function<void()> start;
+  };
+  struct CleanUp {
+    void operator()(CURL* transfer) const { curl_easy_cleanup(transfer); }
+    void operator()(CURLU* url) const { curl_url_cleanup(url); }
+  };
+  enum class Connection { None, Open, LoggedIn };
+
+  int enqueue(Command command, std::function<void()> start);
+  void startNext();
+  void finish(const QString& error);
+
+  void startConnecting();
+  void startLogin();
+  void startGet(const QString& file);
+  bool newTransfer(const char* scheme, const QString& path);
+
+  void onEnded(int curlCode);
+  void onConnected();
+  void watchTransfer();
+  QString errorOf(CURLcode code) const;
+  QString silenceText() const;
+  void dropTransfer();
+  void dropConnection();
+  // False when whoever heard it has ended the command, or us.
+  bool emitProgress();
+
+  static curl_socket_t giveSocket(void* self, curlsocktype purpose, curl_sockaddr* address);
+  static int keepConnected(void* self, curl_socket_t socket, curlsocktype purpose);
+  static std::size_t onData(char* bytes, std::size_t size, std::size_t count, void* self);
+  static std::size_t onReply(char* bytes, std::size_t size, std::size_t count, void* self);
+  static int onProgress(void* self, curl_off_t total, curl_off_t done, curl_off_t, curl_off_t);
+
+  // Of telling the progress and of watching it.
+  static constexpr std::chrono::milliseconds kPeriod{40};
+  static constexpr std::chrono::seconds kFarewellLimit{2};
+
+  std::chrono::milliseconds fConnectLimit{10000};
+  std::chrono::seconds fSilenceLimit{20};
+
+  std::deque<Queued> fQueue;
+  int fLastId = 0;
+  bool fRunning = false;  // the first of the queue, until its end has been heard
+  QString fError;
+
+  QByteArray fHost;
+  quint16 fPort = 0;
+  QByteArray fUser;
+  QByteArray fPassword;
+  Connection fConnection = Connection::None;
+  // The control connection's, beside libcurl's: to end it without waiting for the server's
+  // farewell.
+  int fSocket = -1;
+
+  std::unique_ptr<CurlLoop> fLoop;
+  std::unique_ptr<CURLU, CleanUp> fUrl;
+  std::unique_ptr<CURL, CleanUp> fTransfer;
+  QByteArray fReply;  // the server's last line
+  QIODevice* fDevice = nullptr;
+  qint64 fReadBytes = 0;
+  qint64 fTotalBytes = 0;
+  qint64 fToldBytes = -1;
+  int fSilentPeriods = 0;  // since the last byte, counted while the event loop runs
+  std::chrono::steady_clock::time_point fLastByte;
+  QTimer fProgressTimer;
+};

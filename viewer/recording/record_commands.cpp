@@ -1,0 +1,120 @@
+// Photos and films on the robot: by the service made for it, or by the older toolbox.
+#include "ky/photo_capture_proxy.h"
+#include "ky/video_recorder_proxy.h"
+#include "ky/vision_toolbox_proxy.h"
+#include "viewer/core/module.h"
+#include "viewer/core/videorecordermodel.h"
+#include "zu/log.h"
+
+namespace {
+
+const std::string kPhotoName = "lookout_photo";
+
+void logError(const char* method, const char* lead, const Ky::KyError& error) {
+  zu::log::error("periscope", method) << lead << error.what();
+}
+
+void warnOfFallback(const char* method, const char* service, const Ky::KyError& error) {
+  zu::log::warning("periscope", method)
+      << "Error while getting proxy on " << service << ": " << error.what();
+  zu::log::warning("periscope", method) << "Trying to use KyVisionToolbox instead...";
+}
+
+// Runs `use` on the toolbox. False, and a line in the log, when there is none or `use` fails.
+template <class Use>
+bool withToolbox(const boost::shared_ptr<Ky::KyBroker>& broker, const char* method,
+                 const char* failure, Use use) {
+  boost::shared_ptr<Ky::KyVisionToolboxProxy> toolbox;
+  try {
+    toolbox.reset(new Ky::KyVisionToolboxProxy(broker));
+  } catch (const Ky::KyError& error) {
+    logError(method, "Error while getting proxy on KyVisionToolbox: ", error);
+    return false;
+  }
+  try {
+    use(*toolbox);
+    return true;
+  } catch (const Ky::KyError& error) {
+    logError(method, failure, error);
+    return false;
+  }
+}
+
+void startRecording(const boost::shared_ptr<Ky::KyBroker>& broker, VideoRecorderModel& recorder) {
+  try {
+    Ky::KyVideoRecorderProxy(broker).startRecording(kRecordPath, recorder.fRecordName);
+    recorder.fIsRecording = true;
+  } catch (const Ky::KyError& error) {
+    warnOfFallback("toggleVideoRecord", "KyVideoRecorder", error);
+    recorder.fIsRecording = withToolbox(broker, "toggleVideoRecord",
+                                        "Unable to start video record: ", [&](auto& toolbox) {
+                                          toolbox.startVideoRecord(recorder.fRecordName);
+                                        });
+  }
+}
+
+// Nothing when no service answered.
+Ky::KyValue stopRecording(const boost::shared_ptr<Ky::KyBroker>& broker) {
+  Ky::KyValue result;
+  try {
+    result = Ky::KyVideoRecorderProxy(broker).stopRecording();
+  } catch (const Ky::KyError& error) {
+    warnOfFallback("toggleVideoRecord", "KyVideoRecorder", error);
+    withToolbox(broker, "toggleVideoRecord", "Unable to stop video record: ", [&](auto& toolbox) {
+      result = toolbox.stopVideoRecord();
+    });
+  }
+  return result;
+}
+
+// True when the robot reported a film. Without a report the recording counts as running, so that
+// the user can stop it again.
+bool takeReport(const Ky::KyValue& result, VideoRecorderModel& recorder) {
+  if (!result.isArray() || result.size() == 0) return false;
+  try {
+    const int frames = result[0].asInt();
+    recorder.fFilePath = result[1].asString();
+    recorder.fFrameCount = frames;
+  } catch (const Ky::KyError& error) {
+    logError("toggleVideoRecord", "Unable to stop video record: ", error);
+    return false;
+  }
+  recorder.fIsRecording = false;
+  return true;
+}
+
+}  // namespace
+
+void Module::takePicture() {
+  const auto& broker = getParentBroker();
+  boost::shared_ptr<Ky::KyPhotoCaptureProxy> photos;
+  try {
+    photos.reset(new Ky::KyPhotoCaptureProxy(broker));
+  } catch (const Ky::KyError& error) {
+    warnOfFallback("takePicture", "KyPhotoCapture", error);
+    withToolbox(broker, "takePicture",
+                "Unable to take a picture: ", [](auto& toolbox) { toolbox.takePicture(); });
+    return;
+  }
+  try {
+    photos->takePicture(kRecordPath, kPhotoName);
+  } catch (const Ky::KyError& error) {
+    logError("takePicture", "Unable to take a picture: ", error);
+  }
+}
+
+// The frame rate is the robot's to choose.
+void Module::toggleVideoRecord(const std::string& name, int, bool& recorded) {
+  recorded = false;
+  const boost::shared_ptr<VideoRecorderModel> recorder = fModel->fVideoRecorder;
+  if (!recorder) return;
+  if (GCInterface* gui = fGui) gui->selectVideoRecorderView();
+  if (!recorder->setRecordName(name))
+    throw Ky::KyError(getName(), "toggleVideoRecord", "Invalid video name.");
+  if (recorder->fIsRecording) {
+    recorded = takeReport(stopRecording(getParentBroker()), *recorder);
+  } else {
+    startRecording(getParentBroker(), *recorder);
+  }
+  if (GCInterface* gui = fGui) gui->updateVideoRecorderView();
+}

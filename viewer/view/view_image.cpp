@@ -1,0 +1,128 @@
+#include "viewer/view/view_image.h"
+
+#include <QDateTime>
+#include <QImage>
+#include <QPainter>
+#include <QPixmap>
+
+#include "viewer/view/frame_rate.h"
+#include "viewer/view/overlay_painter.h"
+#include "viewer/view/placement.h"
+
+namespace {
+
+QString timestampText(std::int64_t timestamp, float frameRate) {
+  return "Timestamp: " + QString::number(static_cast<double>(timestamp) / 1000000, 'f', 6) +
+         " seconds,  fps: " + QString::number(static_cast<double>(frameRate), 'f', 1);
+}
+
+QString dateText(std::int64_t timestamp) {
+  const auto seconds = static_cast<std::uint32_t>(timestamp / 1000000);
+  return "Date: " + QDateTime::fromSecsSinceEpoch(seconds).toString(Qt::ISODate);
+}
+
+void paintOverlays(QPainter& painter, const Model& model, const QSizeF& pictureSize,
+                   const QRectF& view) {
+  for (const auto& [source, manager] : model.fObjects) {
+    for (const auto& [name, item] : manager.fObjects)
+      paintOverlay(painter, item, pictureSize, view);
+  }
+}
+
+}  // namespace
+
+struct ViewImage::Frame {
+  int width;
+  int height;
+  QPixmap pixmap;
+};
+
+ViewImage::ViewImage(boost::shared_ptr<const Model> model, QWidget* parent)
+    : QFrame(parent, Qt::WindowFlags()), fModel(model) {
+  setFixedSize(640, 480);
+  setFrameStyle(QFrame::Panel);
+  setAccessibleName(tr("Camera picture"));
+  connect(this, SIGNAL(updateWidget()), this, SLOT(update()));
+}
+
+ViewImage::~ViewImage() = default;
+
+void ViewImage::init() {
+  const auto model = fModel.lock();
+  if (!model) return;
+  const Ky::KyCriticalSectionWrite lock(model->fImageMutex);
+  wrapFrame(*model, model->fWidth, model->fHeight);
+}
+
+void ViewImage::updateThreadSafe() {
+  emit updateWidget();
+}
+
+void ViewImage::paintEvent(QPaintEvent*) {
+  const auto model = fModel.lock();
+  if (!model) return;
+  const Ky::KyCriticalSection lock(model->fObjectsMutex);
+
+  QPainter painter(this);
+  const Frame frame = takeFrame(*model);
+  if (frame.pixmap.isNull()) {
+    paintInvitation(painter);
+  } else {
+    paintFrame(painter, frame, *model);
+  }
+}
+
+// Copies the pixels, so that they can't change while they are painted.
+ViewImage::Frame ViewImage::takeFrame(const Model& model) {
+  const Ky::KyCriticalSectionWrite lock(model.fImageMutex);
+  const int width = model.fWidth;
+  const int height = model.fHeight;
+  if (!fImage || fImageWidth != width) {
+    wrapFrame(model, width, height);
+    fImageWidth = width;
+  }
+  const bool isPicture = width > 0 && height > 0;
+  return {width, height, isPicture ? QPixmap::fromImage(*fImage) : QPixmap()};
+}
+
+void ViewImage::wrapFrame(const Model& model, int width, int height) {
+  fImage = std::make_unique<QImage>(model.fImageData, width, height, QImage::Format_ARGB32);
+}
+
+void ViewImage::paintInvitation(QPainter& painter) const {
+  painter.fillRect(0, 0, width(), height(), Qt::black);
+  painter.setPen(Qt::white);
+  painter.drawText(QRect(0, 0, width(), height()), Qt::AlignHCenter | Qt::AlignVCenter,
+                   tr("> Press start <"));
+}
+
+void ViewImage::paintFrame(QPainter& painter, const Frame& frame, const Model& model) {
+  const Placement placement = placementFor(frame.width, frame.height);
+  const QPixmap picture = placement.scaled
+                              ? frame.pixmap.scaled(placement.pictureSize, Qt::IgnoreAspectRatio,
+                                                    Qt::FastTransformation)
+                              : frame.pixmap;
+
+  painter.translate(placement.origin);
+  painter.drawPixmap(0, 0, picture);
+  paintOverlays(painter, model, picture.size(), QRectF(rect()).translated(-placement.origin));
+  painter.translate(-placement.origin);
+
+  measureFrameRate(model);
+  // In the pen that the last overlay item left.
+  painter.drawText(placement.timestampLine, Qt::AlignHCenter | Qt::AlignVCenter,
+                   timestampText(fLastTimestamp, fFrameRate));
+  painter.drawText(placement.dateLine, Qt::AlignHCenter | Qt::AlignVCenter,
+                   dateText(fLastTimestamp));
+  painter.setPen(Qt::darkGray);
+  painter.drawText(placement.noteLine, Qt::AlignHCenter | Qt::AlignVCenter,
+                   "Frame rate in Lookout may be\n limited by network bandwidth.");
+}
+
+void ViewImage::measureFrameRate(const Model& model) {
+  const std::int64_t timestamp = model.fTimestamp;
+  const bool isNew = timestamp != fLastTimestamp;
+  fLastTimestamp = timestamp;
+  if (isNew) ++fFramesPainted;
+  fFrameRate = static_cast<float>(ComputeCurrentFrameRate(isNew));
+}

@@ -1,0 +1,61 @@
+// The picture area of the viewer.
+#pragma once
+
+#include <QFrame>
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+#include <cstdint>
+#include <memory>
+
+#include "viewer/core/model.h"
+
+class QImage;
+class QPainter;
+class QPixmap;
+
+// Shows the model's frame, the overlay items over it, and the frame's time, rate and date below it;
+// an invitation while there is no frame. 640 x 480 pixels, fixed.
+//
+// The model is not kept alive: once it is gone the view paints nothing. GUI thread only, but for
+// updateThreadSafe().
+class ViewImage : public QFrame {
+  Q_OBJECT
+
+ public:
+  ViewImage(boost::shared_ptr<const Model> model, QWidget* parent);
+  ~ViewImage() override;
+
+  // Wraps the model's current frame; to be called once before the view is shown.
+  void init();
+
+  // Asks for a repaint. Thread-safe.
+  void updateThreadSafe();
+
+  // Since the view was made, each new picture counted once; and the rate that is shown.
+  std::uint64_t framesPainted() const { return fFramesPainted; }
+  double shownFrameRate() const { return static_cast<double>(fFrameRate); }
+
+ signals:
+  void updateWidget();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  // What one paint shows. The frame's size belongs to the pixels, whatever the camera thread does
+  // meanwhile.
+  struct Frame;
+
+  Frame takeFrame(const Model& model);
+  void wrapFrame(const Model& model, int width, int height);
+  void paintInvitation(QPainter& painter) const;
+  void paintFrame(QPainter& painter, const Frame& frame, const Model& model);
+  void measureFrameRate(const Model& model);
+
+  boost::weak_ptr<const Model> fModel;
+  std::unique_ptr<QImage> fImage;  // wraps the model's buffer without a copy
+  std::int64_t fLastTimestamp = 0;
+  std::int32_t fImageWidth = 0;  // for which fImage was built
+  float fFrameRate = 0;
+  std::uint64_t fFramesPainted = 0;
+};

@@ -1,0 +1,82 @@
+// The viewer's panel, which the plug-in hands to the host.
+#pragma once
+
+#include <QString>
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include "lookout/lookout_widget.h"
+#include "viewer/core/gc_interface.h"
+
+class CameraThread;
+class Module;
+class QBoxLayout;
+class QPushButton;
+class QTabWidget;
+class ViewImage;
+class VideoRecorderSettingsWidget;
+class VideoSettingsWidget;
+
+// The settings' tabs on the left, the picture with its buttons on the right. 950 x 660 pixels,
+// fixed. Owns the camera thread, which it starts idle: Play lets it fetch.
+//
+// The module is not kept alive: once it is gone, Play and Record do nothing. GUI thread only, but
+// for updateImage(). The destructor waits for a fetch that is running.
+class Widget : public LookoutWidget, public GCInterface {
+  Q_OBJECT
+
+ public:
+  // iconPath is put in front of the icons' names as it is, so it ends with a slash; robotAddress is
+  // where recordings are downloaded from.
+  Widget(boost::shared_ptr<Module> module, const QString& iconPath, const QString& robotAddress,
+         QWidget* parent);
+  ~Widget() override;
+
+  // As if Play or Pause had been pressed, and which of them was the last.
+  void setPlaying(bool playing) override;
+  bool isPlaying() const override { return fPlaying; }
+  quint64 framesPainted() const override;
+  double shownFrameRate() const override;
+
+ public slots:
+  void onVideoStart();
+  void onVideoStop();
+  void onVideoRecord();
+  void onTakePicture();
+  void onPreviousImage();
+  void onNextImage();
+  void updateImage() override;
+  void updateVideoRecorderView() override;
+  // Both bring the recorder's tab to the front.
+  void selectVideoRecorderView() override;
+  void selectVideoSettingView() override;
+
+ private:
+  QTabWidget* xMakeTabs(const boost::shared_ptr<Module>& module);
+  void xAddButtons(QBoxLayout* row, const boost::shared_ptr<Module>& module);
+  QPushButton* xAddButton(QBoxLayout* row, const QString& icon, const QString& toolTip,
+                          const char* slot);
+  QBoxLayout* xMakeRightColumn(const boost::shared_ptr<Module>& module);
+  // Asks where to put a file of the robot's and fetches it there.
+  void xDownload(const QString& file);
+  void xStartCameraThread(const boost::shared_ptr<Module>& module);
+
+  static const QString fPlayImg;
+  static const QString fPauseImg;
+  static const QString fRecordStartImg;
+  static const QString fRecordStopImg;
+  static const QString fNextImg;
+  static const QString fPreviousImg;
+  static const QString fSnapshotImg;
+
+  boost::weak_ptr<Module> fModule;
+  ViewImage* fViewImage = nullptr;
+  QPushButton* fRecordButton = nullptr;
+  VideoSettingsWidget* fVideoSettings = nullptr;
+  VideoRecorderSettingsWidget* fVideoRecorderSettings = nullptr;
+  QTabWidget* fTabWidget = nullptr;
+  QString fRobotAddress;
+  QString fIconPath;
+  CameraThread* fCameraThread = nullptr;
+  bool fPlaying = false;
+};

@@ -1,0 +1,106 @@
+// What the widget's buttons and the module's callbacks do.
+#include <QDir>
+#include <QFileDialog>
+#include <QIcon>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTabWidget>
+
+#include "ky/error.h"
+#include "viewer/acquisition/camera_thread.h"
+#include "viewer/core/module.h"
+#include "viewer/core/videorecordermodel.h"
+#include "viewer/dialogs/error_dialog.h"
+#include "viewer/download/ftp_download_dialog.h"
+#include "viewer/recording/videorecordersettings_widget.h"
+#include "viewer/view/view_image.h"
+#include "viewer/view/widget.h"
+
+void Widget::setPlaying(bool playing) {
+  if (playing) {
+    onVideoStart();
+  } else {
+    onVideoStop();
+  }
+}
+
+quint64 Widget::framesPainted() const {
+  return fViewImage->framesPainted();
+}
+
+double Widget::shownFrameRate() const {
+  return fViewImage->shownFrameRate();
+}
+
+void Widget::onVideoStart() {
+  if (fModule.expired()) return;
+  fCameraThread->setEnableGetImage(true);
+  fPlaying = true;
+}
+
+void Widget::onVideoStop() {
+  if (fCameraThread == nullptr) return;
+  fCameraThread->setEnableGetImage(false);
+  fPlaying = false;
+}
+
+void Widget::onTakePicture() {
+  fCameraThread->takePict();
+}
+
+void Widget::onPreviousImage() {
+  if (fCameraThread != nullptr) fCameraThread->previousImg();
+}
+
+void Widget::onNextImage() {
+  if (fCameraThread != nullptr) fCameraThread->nextImg();
+}
+
+void Widget::onVideoRecord() {
+  const auto module = fModule.lock();
+  if (!module) return;
+  const int framerate = static_cast<int>(fVideoRecorderSettings->getFramerate());
+  bool recorded = false;
+  try {
+    module->toggleVideoRecord(fVideoRecorderSettings->getRecordName(), framerate, recorded);
+  } catch (const Ky::KyError& error) {
+    Dk::ErrorDialog("Error", tr(error.toString().c_str()), this, QMessageBox::NoButton)
+        .displayDialog();
+    return;
+  }
+  const auto recorder = module->model()->fVideoRecorder;
+  if (recorded && recorder) xDownload(QString::fromStdString(recorder->fFilePath));
+}
+
+void Widget::xDownload(const QString& file) {
+  const QString proposed = QDir::home().absolutePath() + "/" + QDir(file).dirName();
+  const QString local = QFileDialog::getSaveFileName(this, tr("Upload video on your computer"),
+                                                     proposed, tr("Videos (*.avi)"));
+  if (local.isEmpty()) return;
+  // The robot's FTP server is rooted there.
+  const QString remote = QString(file).remove(QRegularExpression("^/home/tam/"));
+  if (Dk::FtpDownloadDialog(fRobotAddress, remote, local, this).exec() != 0) return;
+  Dk::ErrorDialog(tr("Error"), tr("Failed to upload file."), this, QMessageBox::NoButton)
+      .displayDialog();
+}
+
+void Widget::updateImage() {
+  if (fViewImage != nullptr) fViewImage->updateThreadSafe();
+}
+
+void Widget::updateVideoRecorderView() {
+  const auto module = fModule.lock();
+  if (!module || !module->model() || !module->model()->fVideoRecorder) return;
+  const bool recording = module->model()->fVideoRecorder->fIsRecording;
+  fRecordButton->setIcon(QIcon(fIconPath + (recording ? fRecordStopImg : fRecordStartImg)));
+  fVideoRecorderSettings->updateFields();
+}
+
+void Widget::selectVideoRecorderView() {
+  if (fTabWidget != nullptr) fTabWidget->setCurrentWidget(fVideoRecorderSettings);
+}
+
+// The same tab, on purpose.
+void Widget::selectVideoSettingView() {
+  selectVideoRecorderView();
+}
