@@ -4,9 +4,9 @@
 #include <opencv2/core.hpp>
 #include <opencv2/core/utils/logger.hpp>
 
-#include "robot/ftp/start_ftp.h"
-#include "robot/options.h"
+#include "robot/command_line.h"
 #include "robot/robot.h"
+#include "robot/start_ftp.h"
 #include "robot/stop_signals.h"
 
 namespace {

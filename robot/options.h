@@ -1,9 +1,8 @@
-// The command line of kyrobot.
+// What can be chosen when a robot is started.
 #pragma once
 
 #include <array>
 #include <filesystem>
-#include <iosfwd>
 #include <optional>
 #include <set>
 #include <string>
@@ -31,10 +30,5 @@ struct Options {
   std::set<std::string> without;  // names of modules
   std::optional<FtpOptions> ftp;  // no server without
 };
-
-// What the command line says, or nothing when there is nothing to start: `exitCode` is then 0
-// after --help and --version, 2 after a wrong option, which has been explained on `err`.
-std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostream& out,
-                                    std::ostream& err, int& exitCode);
 
 }  // namespace robot

@@ -3,6 +3,7 @@
 #include <functional>
 #include <utility>
 
+#include "robot/camera/open_source.h"
 #include "robot/camera/scene_pictures.h"
 #include "robot/extractors/extractor.h"
 #include "robot/extractors/faces/face_detector.h"

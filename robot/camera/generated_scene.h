@@ -12,8 +12,8 @@ namespace robot {
 // Immutable once filled: any thread may render.
 class GeneratedScene {
  public:
-  static constexpr int kWidth = 1280;
-  static constexpr int kHeight = 960;
+  static constexpr int kWidth = kSceneWidth;
+  static constexpr int kHeight = kSceneHeight;
 
   // Camera 0 looks at the country by day, camera 1 at a town by night.
   explicit GeneratedScene(int camera);

@@ -8,6 +8,10 @@
 
 namespace robot {
 
+// Pixels of the scene's picture.
+inline constexpr int kSceneWidth = 1280;
+inline constexpr int kSceneHeight = 960;
+
 // Where a thing is: its centre and size as fractions of the picture. The centre of a thing that
 // has left the picture lies outside 0..1.
 struct SceneTruth {

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "robot/camera/generated_scene.h"
+#include "robot/camera/scene_item.h"
 #include "robot/camera/sprite.h"
 
 namespace robot {
@@ -69,8 +69,8 @@ class Person : public SceneItem {
 
   std::optional<SceneTruth> truthAt(std::int64_t time) const override {
     const cv::Point2d face = faceAt(time);
-    return SceneTruth{"face", face.x / GeneratedScene::kWidth, face.y / GeneratedScene::kHeight,
-                      kFaceSize / GeneratedScene::kWidth, kFaceSize / GeneratedScene::kHeight};
+    return SceneTruth{"face", face.x / kSceneWidth, face.y / kSceneHeight, kFaceSize / kSceneWidth,
+                      kFaceSize / kSceneHeight};
   }
 
  private:

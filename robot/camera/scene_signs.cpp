@@ -3,7 +3,7 @@
 #include <opencv2/imgproc.hpp>
 #include <string>
 
-#include "robot/camera/generated_scene.h"
+#include "robot/camera/scene_item.h"
 #include "robot/camera/scene_pictures.h"
 
 namespace robot {
@@ -30,7 +30,7 @@ class Sign : public SceneItem {
   }
 
   std::optional<SceneTruth> truthAt(std::int64_t) const override {
-    constexpr double width = GeneratedScene::kWidth, height = GeneratedScene::kHeight;
+    constexpr double width = kSceneWidth, height = kSceneHeight;
     return SceneTruth{fName, (fPlace.x + fPlace.width / 2.0) / width,
                       (fPlace.y + fPlace.height / 2.0) / height, fPlace.width / width,
                       fPlace.height / height};

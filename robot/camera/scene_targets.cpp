@@ -3,7 +3,7 @@
 #include <cmath>
 #include <opencv2/imgproc.hpp>
 
-#include "robot/camera/generated_scene.h"
+#include "robot/camera/scene_item.h"
 #include "robot/camera/sprite.h"
 #include "robot/camera/tag_picture.h"
 
@@ -35,8 +35,8 @@ class Signboard : public SceneItem {
   }
   std::optional<SceneTruth> truthAt(std::int64_t) const override {
     const double side = (kTagCells - 2) * kCell;
-    return SceneTruth{"signboard", kSignboard.x, kSignboard.y, side / GeneratedScene::kWidth,
-                      side / GeneratedScene::kHeight};
+    return SceneTruth{"signboard", kSignboard.x, kSignboard.y, side / kSceneWidth,
+                      side / kSceneHeight};
   }
 
  private:

@@ -56,8 +56,4 @@ class CameraSource {
 // wants, at most 60, so that a reader who polls at that rate never meets the same one twice.
 std::chrono::microseconds periodForReaders(int fps);
 
-// `text` is "generated", "generated:SECONDS", the path of a film, a picture or a folder of
-// pictures, or "/dev/videoN". The source is open. Throws KyError.
-std::unique_ptr<CameraSource> openSource(const std::string& text, int camera);
-
 }  // namespace robot

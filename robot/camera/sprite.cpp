@@ -2,7 +2,7 @@
 
 #include <opencv2/imgproc.hpp>
 
-#include "robot/camera/generated_scene.h"
+#include "robot/camera/scene_item.h"
 
 namespace robot {
 namespace {
@@ -79,9 +79,8 @@ void MovingSprite::draw(cv::Mat& picture, std::int64_t time) const {
 
 std::optional<SceneTruth> MovingSprite::truthAt(std::int64_t time) const {
   const cv::Point2d at = fCourse(static_cast<double>(time) / 1e6);
-  return SceneTruth{fName, at.x, at.y,
-                    static_cast<double>(fSprite.size().width) / GeneratedScene::kWidth,
-                    static_cast<double>(fSprite.size().height) / GeneratedScene::kHeight};
+  return SceneTruth{fName, at.x, at.y, static_cast<double>(fSprite.size().width) / kSceneWidth,
+                    static_cast<double>(fSprite.size().height) / kSceneHeight};
 }
 
 }  // namespace robot

@@ -19,6 +19,9 @@
 #include "robot/ftp/ftp_session.h"
 
 namespace robot {
+
+using zu::os::UniqueFd;
+
 namespace {
 
 using AddressList = std::unique_ptr<addrinfo, decltype(&freeaddrinfo)>;

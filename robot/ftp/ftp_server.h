@@ -11,7 +11,7 @@
 #include "ky/address.h"
 #include "robot/ftp/ftp_account.h"
 #include "robot/ftp/ftp_confinement.h"
-#include "robot/unique_fd.h"
+#include "zu/unique_fd.h"
 
 namespace robot {
 
@@ -49,20 +49,20 @@ class FtpServer {
  private:
   struct Session {
     pid_t pid;
-    UniqueFd ended;  // readable once the process has
+    zu::os::UniqueFd ended;  // readable once the process has
   };
 
   void serve(const std::stop_token& stop);
   void welcome();
-  void start(UniqueFd client);
+  void start(zu::os::UniqueFd client);
   void forgetEnded();
 
   Ky::KyAddress fAddress;
   FtpConfinement fConfinement;
   FtpAccount fAccount;
   std::vector<std::string> fCommand;
-  UniqueFd fListening;
-  UniqueFd fWakeUp;
+  zu::os::UniqueFd fListening;
+  zu::os::UniqueFd fWakeUp;
   std::vector<Session> fSessions;  // the thread's
   std::jthread fThread;
 };

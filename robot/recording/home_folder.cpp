@@ -14,6 +14,9 @@
 #include "ky/error.h"
 
 namespace robot {
+
+using zu::os::UniqueFd;
+
 namespace {
 
 using Ky::KyError;

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-#include "robot/unique_fd.h"
+#include "zu/unique_fd.h"
 
 namespace robot {
 
@@ -14,10 +14,10 @@ inline const std::string kCameraFolder = kHomeName + "recordings/cameras/";
 
 // A file that was not there before, still empty.
 struct NewFile {
-  UniqueFd folder;
-  UniqueFd file;     // open for writing
-  std::string name;  // in its folder
-  std::string path;  // as programs know it: "/home/tam/recordings/cameras/clip.avi"
+  zu::os::UniqueFd folder;
+  zu::os::UniqueFd file;  // open for writing
+  std::string name;       // in its folder
+  std::string path;       // as programs know it: "/home/tam/recordings/cameras/clip.avi"
 
   // Takes it away again.
   void discard() const;

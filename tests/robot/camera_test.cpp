@@ -2,6 +2,7 @@
 
 #include "ky/error.h"
 #include "robot/camera/cameras.h"
+#include "robot/camera/open_source.h"
 #include "support/log_capture.h"
 #include "support/wait.h"
 #include "test_film.h"

@@ -8,6 +8,7 @@
 
 #include "in_process_robot.h"
 #include "robot/camera/cameras.h"
+#include "robot/camera/open_source.h"
 #include "support/wait.h"
 #include "test_folder.h"
 

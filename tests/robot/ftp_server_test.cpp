@@ -133,7 +133,7 @@ class Client {
   }
 
  private:
-  robot::UniqueFd fSocket;
+  zu::os::UniqueFd fSocket;
   std::string fHeard;
 };
 
@@ -247,7 +247,7 @@ TEST_F(FtpServer, KeepsThePasswordToItself) {
 
 TEST_F(FtpServer, InheritsNothingToItsSessions) {
   write("opened", "");
-  const robot::UniqueFd ours(open((home / "opened").c_str(), O_RDONLY));  // without close-on-exec
+  const zu::os::UniqueFd ours(open((home / "opened").c_str(), O_RDONLY));  // without close-on-exec
   start();
   Client client(server->address().port);
   client.hearUntil("220 ");

@@ -6,6 +6,7 @@
 
 #include "ky/broker.h"
 #include "robot/camera/cameras.h"
+#include "robot/camera/open_source.h"
 
 class InProcessRobot {
  public:

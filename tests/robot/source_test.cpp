@@ -1,5 +1,3 @@
-#include "robot/camera/source.h"
-
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -7,6 +5,7 @@
 
 #include "ky/error.h"
 #include "robot/camera/generated_scene.h"
+#include "robot/camera/open_source.h"
 #include "robot/camera/picture_source.h"
 #include "support/log_capture.h"
 #include "test_film.h"

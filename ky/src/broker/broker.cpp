@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "broker/broker_core.h"
+#include "broker/start_broker.h"
 #include "ky/module.h"
 #include "ky/proxy.h"
 
@@ -16,7 +17,7 @@ KyBroker::~KyBroker() {
 }
 
 boost::shared_ptr<KyBroker> KyBroker::create(KyBrokerOptions options) {
-  return boost::shared_ptr<KyBroker>(new KyBroker(BrokerCore::create(std::move(options))));
+  return boost::shared_ptr<KyBroker>(new KyBroker(startBroker(std::move(options))));
 }
 
 const std::string& KyBroker::getName() const {

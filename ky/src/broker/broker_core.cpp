@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "broker/main_broker.h"
-#include "broker/peer_broker.h"
 #include "zu/log.h"
 
 namespace Ky {
@@ -21,20 +19,6 @@ constexpr std::chrono::milliseconds kLinger{200};
 KyInProcess::KyInProcess() : fImpl(std::make_unique<Impl>()) {
 }
 KyInProcess::~KyInProcess() = default;
-
-std::unique_ptr<BrokerCore> BrokerCore::create(KyBrokerOptions options) {
-  const bool listens = options.listen || !options.listenInProcess.empty();
-  const bool connects = options.parent || !options.parentInProcess.empty();
-  if (listens == connects)
-    throw KyError(options.name, "", "a broker either listens or has a parent");
-  std::unique_ptr<BrokerCore> core;
-  if (listens)
-    core = std::make_unique<MainBroker>(std::move(options));
-  else
-    core = std::make_unique<PeerBroker>(std::move(options));
-  core->start();
-  return core;
-}
 
 BrokerCore::BrokerCore(KyBrokerOptions options) : fOptions(std::move(options)) {
 }

@@ -29,10 +29,11 @@ struct KyInProcess::Impl {
 // Thread-safe but for what says otherwise.
 class BrokerCore : protected IoLoop::Client {
  public:
-  // Listens, or connects and waits for the parent unless told otherwise.
-  static std::unique_ptr<BrokerCore> create(KyBrokerOptions options);
   // Derived classes call close() in theirs.
   ~BrokerCore() override;
+
+  // Listens, or connects and waits for the parent unless told otherwise. Once, before all else.
+  virtual void start() = 0;
 
   const KyBrokerOptions& options() const { return fOptions; }
   LocalModules& localModules() { return fLocal; }
@@ -59,7 +60,6 @@ class BrokerCore : protected IoLoop::Client {
  protected:
   explicit BrokerCore(KyBrokerOptions options);
 
-  virtual void start() = 0;
   // Waits for the answer of a call that goes out.
   virtual KyValue callElsewhere(const std::string& module, const std::string& method,
                                 KyValue::Array arguments, std::chrono::milliseconds deadline) = 0;

@@ -19,6 +19,7 @@ class MainBroker : public BrokerCore {
   explicit MainBroker(KyBrokerOptions options);
   ~MainBroker() override;
 
+  void start() override { startLoop(); }
   void announce(const std::string&) override {}
   void withdraw(const std::string&) override {}
   bool isPresentElsewhere(const std::string& module) override;
@@ -29,7 +30,6 @@ class MainBroker : public BrokerCore {
       std::function<void(KyConnection, const std::string&)> callback) override;
 
  protected:
-  void start() override { startLoop(); }
   KyValue callElsewhere(const std::string& module, const std::string& method,
                         KyValue::Array arguments, std::chrono::milliseconds deadline) override;
   void closeSockets() override;

@@ -19,6 +19,8 @@ class PeerBroker : public BrokerCore {
   explicit PeerBroker(KyBrokerOptions options);
   ~PeerBroker() override;
 
+  // Throws KyError when the parent can't be reached in time, unless that is for later.
+  void start() override;
   void announce(const std::string& module) override;
   void withdraw(const std::string& module) override;
   bool isPresentElsewhere(const std::string& module) override;
@@ -29,8 +31,6 @@ class PeerBroker : public BrokerCore {
       std::function<void(KyConnection, const std::string&)> callback) override;
 
  protected:
-  // Throws KyError when the parent can't be reached in time, unless that is for later.
-  void start() override;
   KyValue callElsewhere(const std::string& module, const std::string& method,
                         KyValue::Array arguments, std::chrono::milliseconds deadline) override;
   void closeSockets() override;

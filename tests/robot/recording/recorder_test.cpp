@@ -7,6 +7,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include "film_facts.h"
+#include "robot/camera/open_source.h"
 #include "robot/camera/scene_clock.h"
 #include "robot/in_process_robot.h"
 #include "robot/test_film.h"

@@ -10,6 +10,7 @@
 #include "ky/video_recorder_proxy.h"
 #include "ky/vision_toolbox_proxy.h"
 #include "robot/camera/generated_scene.h"
+#include "robot/camera/open_source.h"
 #include "robot/in_process_robot.h"
 #include "robot/recording/photo_capture.h"
 #include "robot/recording/video_recorder.h"

@@ -336,7 +336,7 @@ TEST_F(Download, DeletesNoDevice) {
   logInBefore();
   local = folder.filePath("device");
   ASSERT_EQ(mkfifo(local.toUtf8(), 0600), 0);
-  const robot::UniqueFd reader(open(local.toUtf8(), O_RDONLY | O_NONBLOCK));
+  const zu::os::UniqueFd reader(open(local.toUtf8(), O_RDONLY | O_NONBLOCK));
   EXPECT_EQ(download("missing"), QDialog::Rejected);
   EXPECT_TRUE(isFileThere());
 }

@@ -1,4 +1,4 @@
-#include "robot/ftp/start_ftp.h"
+#include "robot/start_ftp.h"
 
 #include <ostream>
 

@@ -5,7 +5,7 @@
 
 #include <utility>
 
-namespace robot {
+namespace zu::os {
 
 // Thread-bound.
 class UniqueFd {
@@ -28,4 +28,4 @@ class UniqueFd {
   int fFd;
 };
 
-}  // namespace robot
+}  // namespace zu::os

@@ -1,4 +1,4 @@
-#include "robot/options.h"
+#include "robot/command_line.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
