@@ -1,8 +1,8 @@
 #include "playing_viewer.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QEventLoop>
+#include <QTimer>
 #include <cstdio>
 #include <stdexcept>
 
@@ -55,13 +55,10 @@ Robot::Robot()
       address(addressIn(process.waitForLine("listening on "))) {
 }
 
-void processEventsFor(qint64 milliseconds) {
-  QElapsedTimer timer;
-  timer.start();
-  while (timer.elapsed() < milliseconds) {
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents,
-                                    static_cast<int>(milliseconds - timer.elapsed()));
-  }
+void runEventLoopFor(std::chrono::milliseconds time) {
+  QEventLoop loop;
+  QTimer::singleShot(time, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+  loop.exec();
 }
 
 void WatchedView::paintEvent(QPaintEvent* event) {
@@ -84,8 +81,8 @@ PlayingViewer::PlayingViewer(const Ky::KyAddress& robot, int resolution)
   fView->init();
   fView->show();
   fThread = std::make_unique<CameraThread>(fModule, model);
+  fThread->onReady([this] { fThread->setEnableGetImage(true); });
   fThread->start();
-  fThread->setEnableGetImage(true);
 }
 
 PlayingViewer::~PlayingViewer() {

@@ -3,6 +3,7 @@
 
 #include <QTemporaryDir>
 #include <boost/shared_ptr.hpp>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -28,8 +29,8 @@ struct Robot {
 // returns the exit code; what it throws is said on standard error.
 int runWindowed(int argc, char** argv, int (*run)(int argc, char** argv));
 
-// Delivers Qt's events meanwhile.
-void processEventsFor(qint64 milliseconds);
+// As a program's main loop does: sleeps while there is nothing to do.
+void runEventLoopFor(std::chrono::milliseconds time);
 
 // Notes the age of every new picture, in milliseconds, once it is painted.
 class WatchedView : public ViewImage {

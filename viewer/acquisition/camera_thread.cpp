@@ -1,6 +1,7 @@
 #include "viewer/acquisition/camera_thread.h"
 
 #include <boost/make_shared.hpp>
+#include <utility>
 
 #include "viewer/core/model.h"
 #include "viewer/core/module.h"
@@ -22,11 +23,14 @@ CameraThread::~CameraThread() {
   wait();
   // What run() has left may be released here. wait() sees to that; this read and the write at the
   // end of run() tell it to thread checkers, which can't look into Qt.
-  fEnabled.load();
+  fHasRun.load();
+}
+
+void CameraThread::onReady(std::function<void()> callback) {
+  fOnReady = std::move(callback);
 }
 
 void CameraThread::setEnableGetImage(bool enable) {
-  fEnabled = enable;
   if (enable)
     emit startTimer();
   else
@@ -88,10 +92,9 @@ void CameraThread::run() {
   connect(fTimer.get(), SIGNAL(timeout()), this, SLOT(onTimeOut()), Qt::DirectConnection);
   connect(this, SIGNAL(startTimer()), fTimer.get(), SLOT(start()));
   connect(this, SIGNAL(stopTimer()), fTimer.get(), SLOT(stop()));
-  // Whoever enabled polling before the timer existed was not heard by it.
-  if (fEnabled) fTimer->start();
+  if (fOnReady) fOnReady();
   exec();
   // A timer can be stopped in its own thread only.
   fTimer.reset();
-  fEnabled = false;
+  fHasRun = true;
 }

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
+#include <functional>
 
 class Model;
 class Module;
@@ -14,9 +15,9 @@ class Module;
 // frame rate that the model asks for. A tick is finished before the next one; missed ticks are
 // dropped. Keeps neither module nor model alive: without them every slot does nothing.
 //
-// GUI thread: construction, start(), setEnableGetImage(), quit() and destruction. Before it is
-// destroyed its event loop must have been left with quit() or exit(): the destructor waits for
-// that.
+// GUI thread: construction, onReady(), start(), setEnableGetImage(), quit() and destruction. Before
+// it is destroyed its event loop must have been left with quit() or exit(): the destructor waits
+// for that.
 class CameraThread : public QThread {
   Q_OBJECT
 
@@ -24,7 +25,11 @@ class CameraThread : public QThread {
   CameraThread(boost::shared_ptr<Module> module, boost::shared_ptr<Model> model);
   ~CameraThread() override;
 
-  // Starts or stops polling. A tick that is running goes on to its end.
+  // Before start(): what to call on the camera thread once polling can be enabled.
+  void onReady(std::function<void()> callback);
+
+  // Starts or stops polling. A tick that is running goes on to its end. Nobody listens before the
+  // thread is ready: what is asked for earlier is not heard.
   void setEnableGetImage(bool enable);
 
   // Camera thread: whether the timer runs, and its period in ms (0 before run()).
@@ -53,5 +58,6 @@ class CameraThread : public QThread {
   boost::weak_ptr<Model> fModel;
   boost::shared_ptr<QTimer> fTimer;  // camera thread; lives while run() does
   int fFps = 0;                      // camera thread; the rate that the timer is set to
-  std::atomic<bool> fEnabled{false};
+  std::function<void()> fOnReady;    // not changed once the thread was started
+  std::atomic<bool> fHasRun{false};
 };

@@ -114,6 +114,13 @@ QBoxLayout* Widget::xMakeRightColumn(const boost::shared_ptr<Module>& module) {
 
 void Widget::xStartCameraThread(const boost::shared_ptr<Module>& module) {
   fCameraThread = new CameraThread(module, module->model());
+  fCameraThread->onReady(
+      [this] { QMetaObject::invokeMethod(this, &Widget::xOnCameraReady, Qt::QueuedConnection); });
   fCameraThread->start(QThread::InheritPriority);
   connect(this, SIGNAL(disconnected(WidgetInterface*)), fCameraThread, SLOT(quit()));
+}
+
+// Play may have been pressed before the thread could hear of it.
+void Widget::xOnCameraReady() {
+  if (fPlaying) onVideoStart();
 }

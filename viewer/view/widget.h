@@ -60,6 +60,7 @@ class Widget : public LookoutWidget, public GCInterface {
   // Asks where to put a file of the robot's and fetches it there.
   void xDownload(const QString& file);
   void xStartCameraThread(const boost::shared_ptr<Module>& module);
+  void xOnCameraReady();
 
   static const QString fPlayImg;
   static const QString fPauseImg;

@@ -82,9 +82,13 @@ struct Polling : Viewer {
     if (thread) thread->quit();
     thread.reset();
   }
+  // Returns once polling can be enabled.
   void start() {
+    std::promise<void> ready;
+    thread->onReady([&] { ready.set_value(); });
     thread->start();
     messenger.moveToThread(thread.get());
+    ready.get_future().get();
   }
   // Runs `function` between two events of the camera thread.
   void inThread(std::function<void()> function) { messenger.run(std::move(function)); }
@@ -150,10 +154,13 @@ TEST(CameraThread, RestartsItsTimerWhenEnabledTwice) {
   EXPECT_FALSE(viewer.isPolling()) << "once off is off";
 }
 
-TEST(CameraThread, IsEnabledByWhoeverAsksBeforeItRuns) {
+TEST(CameraThread, DoesNotHearWhoEnablesItBeforeItRuns) {
   Polling viewer;
   viewer.thread->setEnableGetImage(true);
   viewer.start();
+  EXPECT_FALSE(viewer.isPolling());
+  EXPECT_EQ(viewer.gui.fUpdates, 0);
+  viewer.thread->setEnableGetImage(true);
   EXPECT_TRUE(viewer.waitForFetches(2));
 }
 

@@ -13,6 +13,7 @@
 #include <memory>
 #include <thread>
 
+#include "ky/proxy.h"
 #include "support/viewer_on_robot.h"
 #include "support/wait.h"
 #include "viewer/view/view_image.h"
@@ -258,6 +259,36 @@ TEST(Widget, PlaysAndPausesForTheHost) {
   EXPECT_TRUE(waitUntil([&] { return panel.fetches > 0; }));
   widget.setPlaying(false);
   EXPECT_FALSE(widget.isPlaying());
+}
+
+// Keeps the camera thread, which reads the frame rate first of all, from being ready: the robot's
+// thread has the lock, from the last parameter that the panel reads to the call "release".
+void holdCameraThread(Panel& panel) {
+  Model& model = panel.viewer.model();
+  panel.viewer.device->answer("getParam", [&model](const Ky::KyValue::Array& arguments) {
+    constexpr int kHorizontalFlip = 7;
+    if (arguments.at(0).asInt() == kHorizontalFlip) model.fParamMutex->writeLock();
+    return Ky::KyValue(0);
+  });
+  panel.viewer.device->answer("release", [&model](const Ky::KyValue::Array&) {
+    model.fParamMutex->writeUnlock();
+    return Ky::KyValue();
+  });
+}
+
+TEST(Widget, PlaysThoughPlayWasPressedBeforeTheCameraThreadWasReady) {
+  for (const bool pausedAgain : {false, true}) {
+    Panel panel;
+    holdCameraThread(panel);
+    Widget& widget = panel.open();
+    panel.button("Play")->click();
+    if (pausedAgain) panel.button("Pause")->click();
+    panel.viewer.broker->getProxy("KyVideoDevice")->callVoid("release");
+    EXPECT_EQ(waitUntil([&] { return panel.fetches > 0; },
+                        std::chrono::milliseconds(pausedAgain ? 200 : 20000)),
+              !pausedAgain);
+    EXPECT_EQ(widget.isPlaying(), !pausedAgain);
+  }
 }
 
 TEST(Widget, DoesNothingAtPauseBeforePlay) {
