@@ -21,7 +21,7 @@ void Module::updateObjectsValue() {
   const Ky::KyValue::Array keys = watchedKeys(*fModel);
   if (keys.empty()) return;
   try {
-    const Ky::KyValue answer = Ky::KyMemoryProxy(getParentBroker()).getListData(keys);
+    const Ky::KyValue answer = Ky::KyMemoryProxy(getParentBroker(), 0).getListData(keys);
     const auto& values = answer.asArray();
     if (values.size() > keys.size())
       throw Ky::KyError("KyMemory", "getListData",

@@ -14,8 +14,9 @@ namespace Ky {
 // Proxy to the module "KyMemory". Thread-safe; every call may throw KyError.
 class KyMemoryProxy {
  public:
-  // Throws KyError when there is no such module.
-  explicit KyMemoryProxy(boost::shared_ptr<KyBroker> broker);
+  // Asks the robot whether there is such a module and throws KyError when there is none. With
+  // `check` 0 it asks nothing: the first call says the same.
+  explicit KyMemoryProxy(boost::shared_ptr<KyBroker> broker, int check = 1);
 
   void insertData(const std::string& key, const KyValue& value);
   // Throws KyError for an unknown key.

@@ -2,8 +2,8 @@
 
 namespace Ky {
 
-KyMemoryProxy::KyMemoryProxy(boost::shared_ptr<KyBroker> broker)
-    : fProxy(broker->getProxy("KyMemory")) {
+KyMemoryProxy::KyMemoryProxy(boost::shared_ptr<KyBroker> broker, int check)
+    : fProxy(broker->getProxy("KyMemory", check)) {
 }
 
 void KyMemoryProxy::insertData(const std::string& key, const KyValue& value) {

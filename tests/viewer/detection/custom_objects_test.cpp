@@ -62,6 +62,23 @@ TEST_F(CustomObjects, WithoutWatchesAskTheRobotNothing) {
   EXPECT_EQ(viewer.robot.calls(), Lines{});
 }
 
+// A robot far away is asked for the values alone, not first whether it has a memory.
+TEST_F(CustomObjects, CostOneQuestionATick) {
+  stored["a"] = KyValue::array({figure("in a")});
+  viewer.module->subscribeLog("a");
+  const auto memoryProxy = viewer.broker->getProxy("KyMemory", 0);
+  const auto sentDuring = [&](auto&& question) {
+    constexpr int kTicks = 200;  // so many that a heartbeat hardly counts
+    const std::uint64_t before = viewer.broker->statistics().bytesOut;
+    for (int i = 0; i < kTicks; ++i) question();
+    return viewer.broker->statistics().bytesOut - before;
+  };
+  const auto oneCall =
+      sentDuring([&] { memoryProxy->call<KyValue>("getListData", KyValue::array({"a"})); });
+  const auto oneTick = sentDuring([&] { viewer.module->updateObjectsValue(); });
+  EXPECT_LT(oneTick, oneCall + oneCall / 2);
+}
+
 TEST_F(CustomObjects, AreWatchedOnceHoweverOftenAsked) {
   viewer.module->subscribeLog("a");
   viewer.module->subscribeLog("a");
