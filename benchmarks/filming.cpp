@@ -13,8 +13,8 @@
 
 namespace {
 
-constexpr int kWarmUpMs = 2500;  // the shown rate is right only after 30 frames
-constexpr int kMeasuredMs = 5000;
+constexpr std::chrono::milliseconds kWarmUp{2500};  // the shown rate is right only after 30 frames
+constexpr std::chrono::milliseconds kMeasured{5000};
 
 struct Watched {
   int shown;  // resolutions
@@ -46,10 +46,10 @@ void record(benchmark::State& state, const bench::Robot& robot, const Watched& w
     bench::PlayingViewer viewer(robot.address, watched.shown);
     viewer.broker()->getProxy("KyVideoRecorder")->callVoid("setResolution", watched.recorded);
     Ky::KyVideoRecorderProxy recorder(viewer.broker());
-    bench::processEventsFor(kWarmUpMs);
+    bench::runEventLoopFor(kWarmUp);
     state.counters["shown_before"] = viewer.view().shownFrameRate();
     recorder.startRecording("/home/tam/recordings/cameras/", "clip");
-    bench::processEventsFor(kMeasuredMs);
+    bench::runEventLoopFor(kMeasured);
     const double shown = viewer.view().shownFrameRate();
     const Ky::KyValue film = recorder.stopRecording();
     const std::string home = robot.home.path().toStdString() + "/";
@@ -60,7 +60,7 @@ void record(benchmark::State& state, const bench::Robot& robot, const Watched& w
     state.counters["doubled"] = doubled;
     bench::atLeast("frames a second shown of 30, recording " + watched.name(), shown, 29);
     bench::atLeast("frames recorded of 15 a second at " + watched.name(),
-                   frames * 1000 / kMeasuredMs, 14.8);
+                   frames * 1000 / kMeasured.count(), 14.8);
     bench::atMost("of 100 frames doubled, recording " + watched.name(), 100 * doubled / frames, 1);
   }
 }

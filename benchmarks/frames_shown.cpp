@@ -19,8 +19,8 @@
 
 namespace {
 
-constexpr int kWarmUpMs = 2500;  // the shown rate is right only after 30 frames
-constexpr int kMeasuredMs = 8000;
+constexpr std::chrono::milliseconds kWarmUp{2500};  // the shown rate is right only after 30 frames
+constexpr std::chrono::milliseconds kMeasured{8000};
 
 double percentile95(std::vector<double> values) {
   if (values.empty()) return 1e9;
@@ -55,9 +55,9 @@ void play(benchmark::State& state, const Ky::KyAddress& robot, const Played& pla
   for (auto _ : state) {
     bench::PlayingViewer viewer(robot, played.resolution);
     if (played.changesPictures) changePictures(*viewer.module());
-    bench::processEventsFor(kWarmUpMs);
+    bench::runEventLoopFor(kWarmUp);
     viewer.view().takeAges();
-    bench::processEventsFor(kMeasuredMs);
+    bench::runEventLoopFor(kMeasured);
     const double shown = viewer.view().shownFrameRate();
     const double age = percentile95(viewer.view().takeAges());
     state.counters["shown_fps"] = shown;
@@ -77,7 +77,7 @@ void playWithDetections(benchmark::State& state, const Ky::KyAddress& robot) {
     for (const std::string& kind : kinds)
       if (!viewer.module()->activateDetection(kind, 1))
         state.SkipWithError("no detection of this kind");
-    bench::processEventsFor(kWarmUpMs + kMeasuredMs);
+    bench::runEventLoopFor(kWarmUp + kMeasured);
     const double shown = viewer.view().shownFrameRate();
     state.counters["shown_fps"] = shown;
     bench::atLeast("frames a second shown of 30 at 320x240 with all detections", shown, 29);
@@ -87,10 +87,10 @@ void playWithDetections(benchmark::State& state, const Ky::KyAddress& robot) {
 // The first minute is for whatever is allocated once.
 void watchMemory(const Ky::KyAddress& robot, int minutes) {
   bench::PlayingViewer viewer(robot, 2);
-  bench::processEventsFor(60000);
+  bench::runEventLoopFor(std::chrono::minutes(1));
   const double atFirst = bench::residentMegabytes();
   for (int minute = 2; minute <= minutes; ++minute) {
-    bench::processEventsFor(60000);
+    bench::runEventLoopFor(std::chrono::minutes(1));
     std::printf("minute %d: %.1f MB, %llu frames painted\n", minute, bench::residentMegabytes(),
                 static_cast<unsigned long long>(viewer.view().framesPainted()));
     std::fflush(stdout);

@@ -14,8 +14,8 @@
 
 namespace {
 
-constexpr int kWarmUpMs = 1000;
-constexpr int kPauseMs = 7;  // not in step with the pictures
+constexpr std::chrono::milliseconds kWarmUp{1000};
+constexpr std::chrono::milliseconds kPause{7};  // not in step with the pictures
 constexpr int kRounds = 400;
 
 template <class Action>
@@ -41,14 +41,14 @@ void drag(benchmark::State& state, const Ky::KyAddress& robot, int resolution) {
     QCustomSlider slider(&panel, viewer.module(), "Brightness", 0, true, 0, 255, true);
     layout.addLayout(slider.init());
     panel.show();
-    bench::processEventsFor(kWarmUpMs);
+    bench::runEventLoopFor(kWarmUp);
     viewer.view().takeAges();
     std::vector<double> writes;
     std::vector<double> pings;
     for (int round = 0; round < kRounds; ++round) {
-      bench::processEventsFor(kPauseMs);
+      bench::runEventLoopFor(kPause);
       writes.push_back(millisecondsOf([&] { slider.slider()->setValue(100 + round % 50); }));
-      bench::processEventsFor(kPauseMs);
+      bench::runEventLoopFor(kPause);
       pings.push_back(millisecondsOf([&] { viewer.broker()->call("KyVideoDevice", "ping", {}); }));
     }
     const double write = medianOf(writes);

@@ -3,20 +3,37 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QThread>
+#include <QTimer>
 #include <chrono>
 #include <thread>
 
+// How often a condition is looked at: often enough that nobody waits for it, and a core stays free.
+inline constexpr std::chrono::milliseconds kWaitStep{1};
+
 // True as soon as `condition` holds; false when it does not within the limit, which is only there
-// so that a broken program fails instead of hanging. Delivers Qt's events meanwhile when called on
+// so that a broken program fails instead of hanging. Runs Qt's event loop meanwhile when called on
 // the application's thread.
 template <class Condition>
 bool waitUntil(Condition condition, std::chrono::milliseconds limit = std::chrono::seconds(20)) {
   const auto end = std::chrono::steady_clock::now() + limit;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > end) return false;
-    if (QCoreApplication::instance() != nullptr)
-      QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  const auto isLate = [&] { return std::chrono::steady_clock::now() > end; };
+  bool holds = condition();
+  const auto* application = QCoreApplication::instance();
+  if (application != nullptr && application->thread() == QThread::currentThread()) {
+    QEventLoop loop;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &loop, [&] {
+      holds = condition();
+      if (holds || isLate()) loop.quit();
+    });
+    timer.start(kWaitStep);
+    if (!holds) loop.exec();
+    return holds;
   }
-  return true;
+  while (!holds && !isLate()) {
+    std::this_thread::sleep_for(kWaitStep);
+    holds = condition();
+  }
+  return holds;
 }
