@@ -12,23 +12,23 @@ boost::shared_ptr<KyMutexRW> KyMutexRW::createKyMutexRW() {
   return boost::make_shared<KyMutexRW>();
 }
 
-KyCriticalSection::KyCriticalSection(boost::shared_ptr<KyMutex> mutex) : fMutex(std::move(mutex)) {
+KyCriticalSection::KyCriticalSection(const boost::shared_ptr<KyMutex>& mutex) : fMutex(mutex) {
   fMutex->lock();
 }
 KyCriticalSection::~KyCriticalSection() {
   fMutex->unlock();
 }
 
-KyCriticalSectionRead::KyCriticalSectionRead(boost::shared_ptr<KyMutexRW> mutex)
-    : fMutex(std::move(mutex)) {
+KyCriticalSectionRead::KyCriticalSectionRead(const boost::shared_ptr<KyMutexRW>& mutex)
+    : fMutex(mutex) {
   fMutex->readLock();
 }
 KyCriticalSectionRead::~KyCriticalSectionRead() {
   fMutex->readUnlock();
 }
 
-KyCriticalSectionWrite::KyCriticalSectionWrite(boost::shared_ptr<KyMutexRW> mutex)
-    : fMutex(std::move(mutex)) {
+KyCriticalSectionWrite::KyCriticalSectionWrite(const boost::shared_ptr<KyMutexRW>& mutex)
+    : fMutex(mutex) {
   fMutex->writeLock();
 }
 KyCriticalSectionWrite::~KyCriticalSectionWrite() {

@@ -32,45 +32,48 @@ Camera::Camera(int index, std::unique_ptr<CameraSource> source, int model)
 
 Camera::~Camera() {
   {
-    const std::lock_guard guard(fMutex);
+    const zu::MutexLock guard(fMutex);
     fStop = true;
   }
-  fChanged.notify_all();
+  fChanged.notifyAll();
   fThread.join();
 }
 
 void Camera::setWishes(std::vector<Wish> wishes) {
   {
-    const std::lock_guard guard(fMutex);
+    const zu::MutexLock guard(fMutex);
     fWishes = std::move(wishes);
     // Whoever comes next shall not be shown a picture of long ago.
     if (fWishes.empty()) fNewest.reset();
   }
-  fChanged.notify_all();
+  fChanged.notifyAll();
 }
 
 int Camera::getParameter(int id) const {
-  std::unique_lock lock(fMutex);
+  const zu::MutexLock guard(fMutex);
   const ParameterRange range = fParameters.range(id);
   const int value = fParameters.get(id);
-  lock.unlock();  // a device may take its time
+  const zu::MutexUnlock meanwhile(fMutex);  // a device may take its time
   return fSourceControls == nullptr ? value : fSourceControls->get(range).value_or(value);
 }
 
 void Camera::setParameter(int id, int value) {
-  std::unique_lock lock(fMutex);
+  const zu::MutexLock guard(fMutex);
   fParameters.check(id, value);
   const ParameterRange range = fParameters.range(id);
-  lock.unlock();
-  if (fSourceControls != nullptr && fSourceControls->set(range, value)) return;
-  lock.lock();
+  if (fSourceControls != nullptr) {
+    const zu::MutexUnlock meanwhile(fMutex);
+    if (fSourceControls->set(range, value)) return;
+  }
   fParameters.set(id, value);
 }
 
 std::shared_ptr<const Frame> Camera::newest(std::chrono::milliseconds patience) const {
-  std::unique_lock lock(fMutex);
-  fChanged.wait_for(lock, patience,
-                    [&] { return fNewest || !fFailure.empty() || fWishes.empty() || fStop; });
+  const auto end = Clock::now() + patience;
+  const zu::MutexLock guard(fMutex);
+  while (!fNewest && fFailure.empty() && !fWishes.empty() && !fStop &&
+         fChanged.waitUntil(fMutex, end)) {
+  }
   if (fNewest) return fNewest;
   const std::string camera = "camera " + std::to_string(fIndex);
   if (!fFailure.empty()) throw Ky::KyError(camera + " has no picture: " + fFailure);
@@ -79,29 +82,32 @@ std::shared_ptr<const Frame> Camera::newest(std::chrono::milliseconds patience) 
 
 std::shared_ptr<const Frame> Camera::next(const std::shared_ptr<const Frame>& known,
                                           std::chrono::milliseconds patience) const {
-  std::unique_lock lock(fMutex);
-  const auto isThere = [&] { return fNewest && fNewest != known; };
-  return fChanged.wait_for(lock, patience, isThere) ? fNewest : nullptr;
+  const auto end = Clock::now() + patience;
+  const zu::MutexLock guard(fMutex);
+  while ((!fNewest || fNewest == known) && fChanged.waitUntil(fMutex, end)) {
+  }
+  return fNewest == known ? nullptr : fNewest;
 }
 
 std::uint64_t Camera::framesTaken() const {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   return fTaken;
 }
 
 void Camera::run() {
-  std::unique_lock lock(fMutex);
-  while (waitForTurn(lock)) takeOne(lock);
+  const zu::MutexLock guard(fMutex);
+  while (waitForTurn()) takeOne();
 }
 
 // False when it is time to end.
-bool Camera::waitForTurn(std::unique_lock<std::mutex>& lock) {
+bool Camera::waitForTurn() {
   while (!fStop) {
     if (fWishes.empty()) {
-      lock.unlock();
-      fSource->rest();
-      lock.lock();
-      fChanged.wait(lock, [&] { return fStop || !fWishes.empty(); });
+      {
+        const zu::MutexUnlock meanwhile(fMutex);
+        fSource->rest();
+      }
+      while (!fStop && fWishes.empty()) fChanged.wait(fMutex);
       continue;
     }
     const auto period = fSource->period(fastest(fWishes));
@@ -112,14 +118,14 @@ bool Camera::waitForTurn(std::unique_lock<std::mutex>& lock) {
       fLastTurn = turn;
       return true;
     }
-    fChanged.wait_until(lock, turn);
+    fChanged.waitUntil(fMutex, turn);
   }
   return false;
 }
 
 // What to do to a picture, now that the automatic modes have seen it.
 PictureControls Camera::tune(const cv::Mat& picture) {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   if (isAutomatic(fParameters)) adapt(fParameters, meanColour(picture));
   return fParameters.controls();
 }
@@ -132,41 +138,48 @@ std::shared_ptr<const Frame> Camera::shoot(const std::vector<Wish>& wishes) {
   return frame;
 }
 
-void Camera::takeOne(std::unique_lock<std::mutex>& lock) {
+void Camera::takeOne() {
   const std::vector<Wish> wishes = fWishes;
-  lock.unlock();
-  try {
-    auto frame = shoot(wishes);
-    lock.lock();
-    ++fTaken;
-    // The one before is released outside the lock.
-    if (!fWishes.empty()) fNewest.swap(frame);
-    lock.unlock();
-    fChanged.notify_all();
-  } catch (const std::exception& error) {  // OpenCV has exceptions of its own
-    lock.lock();
-    recover(lock, error.what());
-    return;
-  }
-  lock.lock();
-}
-
-void Camera::recover(std::unique_lock<std::mutex>& lock, const std::string& why) {
-  zu::log::error("kyrobot", "camera") << "camera " << fIndex << " has lost its source: " << why;
-  fFailure = why;
-  fChanged.notify_all();
-  for (auto pause = kFirstRetry; !fStop; pause = std::min(2 * pause, kLastRetry)) {
-    if (fChanged.wait_for(lock, pause, [&] { return fStop; })) return;
-    lock.unlock();
-    std::string failure;
+  std::shared_ptr<const Frame> frame;
+  std::string failure;
+  {
+    const zu::MutexUnlock meanwhile(fMutex);
     try {
-      fSource->open();
-    } catch (const std::exception& error) {
+      frame = shoot(wishes);
+    } catch (const std::exception& error) {  // OpenCV has exceptions of its own
       failure = error.what();
     }
-    lock.lock();
-    fFailure = failure;
-    if (failure.empty()) break;
+  }
+  if (!frame) return recover(failure);
+  ++fTaken;
+  if (!fWishes.empty()) fNewest.swap(frame);
+  fChanged.notifyAll();
+  const zu::MutexUnlock meanwhile(fMutex);
+  frame.reset();  // the one before: nobody waits while its memory is given back
+}
+
+// Why that failed; empty when it did not.
+std::string Camera::reopen() {
+  const zu::MutexUnlock meanwhile(fMutex);
+  try {
+    fSource->open();
+    return {};
+  } catch (const std::exception& error) {
+    return error.what();
+  }
+}
+
+void Camera::recover(const std::string& why) {
+  zu::log::error("kyrobot", "camera") << "camera " << fIndex << " has lost its source: " << why;
+  fFailure = why;
+  fChanged.notifyAll();
+  for (auto pause = kFirstRetry; !fStop; pause = std::min(2 * pause, kLastRetry)) {
+    const auto end = Clock::now() + pause;
+    while (!fStop && fChanged.waitUntil(fMutex, end)) {
+    }
+    if (fStop) return;
+    fFailure = reopen();
+    if (fFailure.empty()) break;
   }
   if (!fStop) zu::log::info("kyrobot", "camera") << "camera " << fIndex << " has its source back";
 }

@@ -2,10 +2,8 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -14,6 +12,7 @@
 #include "robot/camera/frame.h"
 #include "robot/camera/image_format.h"
 #include "robot/camera/source.h"
+#include "zu/mutex.h"
 
 namespace robot {
 
@@ -55,9 +54,10 @@ class Camera {
   using Clock = std::chrono::steady_clock;
 
   void run();
-  bool waitForTurn(std::unique_lock<std::mutex>& lock);
-  void takeOne(std::unique_lock<std::mutex>& lock);
-  void recover(std::unique_lock<std::mutex>& lock, const std::string& why);
+  bool waitForTurn() ZU_REQUIRES(fMutex);
+  void takeOne() ZU_REQUIRES(fMutex);
+  void recover(const std::string& why) ZU_REQUIRES(fMutex);
+  std::string reopen() ZU_REQUIRES(fMutex);
   std::shared_ptr<const Frame> shoot(const std::vector<Wish>& wishes);
   PictureControls tune(const cv::Mat& picture);
 
@@ -65,16 +65,16 @@ class Camera {
   const std::unique_ptr<CameraSource> fSource;  // the thread's own, but for its controls
   SourceControls* const fSourceControls;        // may be null
 
-  mutable std::mutex fMutex;
-  mutable std::condition_variable fChanged;
-  // All below are guarded by fMutex.
-  std::vector<Wish> fWishes;
-  CameraParameters fParameters;  // of what the source can't do
-  std::shared_ptr<const Frame> fNewest;
-  std::uint64_t fTaken = 0;
-  std::string fFailure;  // why the source gives no pictures; empty when it does
-  Clock::time_point fLastTurn;
-  bool fStop = false;
+  mutable zu::Mutex fMutex;
+  mutable zu::ConditionVariable fChanged;
+  std::vector<Wish> fWishes ZU_GUARDED_BY(fMutex);
+  CameraParameters fParameters ZU_GUARDED_BY(fMutex);  // of what the source can't do
+  std::shared_ptr<const Frame> fNewest ZU_GUARDED_BY(fMutex);
+  std::uint64_t fTaken ZU_GUARDED_BY(fMutex) = 0;
+  // Why the source gives no pictures; empty when it does.
+  std::string fFailure ZU_GUARDED_BY(fMutex);
+  Clock::time_point fLastTurn ZU_GUARDED_BY(fMutex);
+  bool fStop ZU_GUARDED_BY(fMutex) = false;
 
   std::thread fThread;
 };

@@ -9,49 +9,48 @@ Cameras::Cameras(std::array<std::unique_ptr<CameraSource>, kCameras> sources, in
 }
 
 int Cameras::active() const {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   return fActive;
 }
 
 void Cameras::setActive(int active) {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   fActive = active;
   tellWishes();
 }
 
 std::unique_ptr<CameraReader> Cameras::read(const Wish& wish) {
-  std::unique_ptr<CameraReader> reader(new CameraReader(shared_from_this(), wish));
-  const std::lock_guard guard(fMutex);
-  fReaders.push_back(reader.get());
+  std::unique_ptr<CameraReader> reader(new CameraReader(shared_from_this()));
+  const zu::MutexLock guard(fMutex);
+  fReaders[reader.get()] = wish;
   tellWishes();
   return reader;
 }
 
 void Cameras::tellWishes() {
   std::vector<Wish> wishes;
-  for (const CameraReader* reader : fReaders) wishes.push_back(reader->fWish);
+  for (const auto& [reader, wish] : fReaders) wishes.push_back(wish);
   for (int i = 0; i < kCameras; ++i)
     camera(i).setWishes(i == fActive ? wishes : std::vector<Wish>());
 }
 
-CameraReader::CameraReader(std::shared_ptr<Cameras> cameras, const Wish& wish)
-    : fCameras(std::move(cameras)), fWish(wish) {
+CameraReader::CameraReader(std::shared_ptr<Cameras> cameras) : fCameras(std::move(cameras)) {
 }
 
 CameraReader::~CameraReader() {
-  const std::lock_guard guard(fCameras->fMutex);
-  std::erase(fCameras->fReaders, this);
+  const zu::MutexLock guard(fCameras->fMutex);
+  fCameras->fReaders.erase(this);
   fCameras->tellWishes();
 }
 
 Wish CameraReader::wish() const {
-  const std::lock_guard guard(fCameras->fMutex);
-  return fWish;
+  const zu::MutexLock guard(fCameras->fMutex);
+  return fCameras->fReaders.at(this);
 }
 
 void CameraReader::setWish(const Wish& wish) {
-  const std::lock_guard guard(fCameras->fMutex);
-  fWish = wish;
+  const zu::MutexLock guard(fCameras->fMutex);
+  fCameras->fReaders[this] = wish;
   fCameras->tellWishes();
 }
 

@@ -2,11 +2,11 @@
 #pragma once
 
 #include <array>
+#include <map>
 #include <memory>
-#include <mutex>
-#include <vector>
 
 #include "robot/camera/camera.h"
+#include "zu/mutex.h"
 
 namespace robot {
 
@@ -31,12 +31,12 @@ class Cameras : public std::enable_shared_from_this<Cameras> {
 
  private:
   friend class CameraReader;
-  void tellWishes();  // with fMutex held
+  void tellWishes() ZU_REQUIRES(fMutex);
 
   const int fModel;
-  mutable std::mutex fMutex;
-  int fActive = 0;                      // guarded by fMutex
-  std::vector<CameraReader*> fReaders;  // guarded by fMutex
+  mutable zu::Mutex fMutex;
+  int fActive ZU_GUARDED_BY(fMutex) = 0;
+  std::map<const CameraReader*, Wish> fReaders ZU_GUARDED_BY(fMutex);
   std::array<std::unique_ptr<Camera>, kCameras> fCameras;
 };
 
@@ -56,10 +56,9 @@ class CameraReader {
 
  private:
   friend class Cameras;
-  CameraReader(std::shared_ptr<Cameras> cameras, const Wish& wish);
+  explicit CameraReader(std::shared_ptr<Cameras> cameras);
 
   const std::shared_ptr<Cameras> fCameras;
-  Wish fWish;  // guarded by the cameras' mutex
 };
 
 }  // namespace robot

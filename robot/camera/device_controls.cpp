@@ -142,13 +142,13 @@ std::optional<int> DeviceControls::get(const ParameterRange& parameter) const {
 
 bool DeviceControls::set(const ParameterRange& parameter, int value) {
   if (!write(OpenDevice(fPath), parameter, value)) return false;
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   fWritten[parameter.id] = {parameter, value};
   return true;
 }
 
 void DeviceControls::restore() {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   if (fWritten.empty()) return;
   const OpenDevice device(fPath);
   // Twice: what an automatic mode governs takes a value only once that mode is off.

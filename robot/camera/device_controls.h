@@ -2,13 +2,13 @@
 #pragma once
 
 #include <map>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <utility>
 
 #include "robot/camera/camera_parameters.h"
 #include "robot/camera/source.h"
+#include "zu/mutex.h"
 
 namespace robot {
 
@@ -29,8 +29,8 @@ class DeviceControls : public SourceControls {
 
  private:
   const std::string fPath;
-  mutable std::mutex fMutex;
-  std::map<int, std::pair<ParameterRange, int>> fWritten;  // guarded by fMutex
+  mutable zu::Mutex fMutex;
+  std::map<int, std::pair<ParameterRange, int>> fWritten ZU_GUARDED_BY(fMutex);
 };
 
 }  // namespace robot

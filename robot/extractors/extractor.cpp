@@ -59,16 +59,16 @@ Extractor::~Extractor() {
 }
 
 void Extractor::subscribe(const Ky::KyPeer& caller, const std::string& name, int period, float) {
-  change([&] { fSubscriptions.add(caller, name, milliseconds(period)); });
+  change([&]() ZU_REQUIRES(fMutex) { fSubscriptions.add(caller, name, milliseconds(period)); });
 }
 
 void Extractor::unsubscribe(const Ky::KyPeer& caller, const std::string& name) {
-  change([&] { fSubscriptions.remove(caller, name); });
+  change([&]() ZU_REQUIRES(fMutex) { fSubscriptions.remove(caller, name); });
   if (!isSubscribed(caller)) subscriberGone(caller);
 }
 
 bool Extractor::isSubscribed(const Ky::KyPeer& peer) {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   return fSubscriptions.has(peer);
 }
 
@@ -82,19 +82,19 @@ void Extractor::stop() {
 }
 
 void Extractor::peerLeft(const Ky::KyPeer& peer) {
-  change([&] { fSubscriptions.removeAllOf(peer); });
+  change([&]() ZU_REQUIRES(fMutex) { fSubscriptions.removeAllOf(peer); });
   subscriberGone(peer);
 }
 
 template <class Change>
 void Extractor::change(Change change) {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   change();
-  fChanged.notify_all();
+  fChanged.notifyAll();
 }
 
 void Extractor::end() {
-  change([&] { fStop = true; });
+  change([&]() ZU_REQUIRES(fMutex) { fStop = true; });
   if (fThread.joinable()) fThread.join();
 }
 
@@ -107,13 +107,13 @@ void Extractor::run() {
 }
 
 bool Extractor::isStopping() {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   return fStop;
 }
 
 bool Extractor::waitForSubscriber() {
-  std::unique_lock lock(fMutex);
-  fChanged.wait(lock, [&] { return fStop || fSubscriptions.period(); });
+  const zu::MutexLock guard(fMutex);
+  while (!fStop && !fSubscriptions.period()) fChanged.wait(fMutex);
   return !fStop;
 }
 
@@ -128,14 +128,14 @@ void Extractor::watch() {
 }
 
 std::optional<milliseconds> Extractor::waitForTurn(std::optional<Clock::time_point> last) {
-  std::unique_lock lock(fMutex);
+  const zu::MutexLock guard(fMutex);
   for (;;) {
     const auto period = fSubscriptions.period();
     if (fStop || !period) return std::nullopt;
     if (!last) return period;
     const auto due = *last + std::max(*period, kFastest);
     if (Clock::now() >= due) return period;
-    fChanged.wait_until(lock, due);  // or until the period changes
+    fChanged.waitUntil(fMutex, due);  // or until the period changes
   }
 }
 

@@ -2,9 +2,7 @@
 // memory, for as long as somebody is subscribed.
 #pragma once
 
-#include <condition_variable>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <thread>
@@ -14,6 +12,7 @@
 #include "robot/camera/cameras.h"
 #include "robot/extractors/detector.h"
 #include "robot/extractors/subscriptions.h"
+#include "zu/mutex.h"
 
 namespace robot {
 
@@ -64,10 +63,10 @@ class Extractor : public Ky::KyModule {
   const std::shared_ptr<Cameras> fCameras;
   const std::unique_ptr<Detector> fDetector;
 
-  std::mutex fMutex;
-  std::condition_variable fChanged;
-  Subscriptions fSubscriptions;  // guarded by fMutex
-  bool fStop = false;            // guarded by fMutex
+  zu::Mutex fMutex;
+  zu::ConditionVariable fChanged;
+  Subscriptions fSubscriptions ZU_GUARDED_BY(fMutex);
+  bool fStop ZU_GUARDED_BY(fMutex) = false;
 
   std::int64_t fSeen = 0;  // time of the last picture; the thread's own
   std::string fTrouble;    // of the last look; the thread's own while it runs

@@ -21,7 +21,7 @@ Recorder::Recorder(std::shared_ptr<Cameras> cameras, HomeFolder home)
 
 std::string Recorder::start(const Ky::KyPeer& caller, const std::string& folder,
                             const std::string& name) {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   makeWay();
   fRecording = std::make_unique<Recording>(*fCameras, fHome, fSettings, folder, name);
   fOwner = caller;
@@ -40,7 +40,7 @@ void Recorder::makeWay() {
 }
 
 Recorder::Film Recorder::stop() {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   if (!fRecording) throw KyError("nothing is being recorded; start a recording first");
   fRecording->stop();
   log(*fRecording, " was stopped");
@@ -49,14 +49,14 @@ Recorder::Film Recorder::stop() {
 }
 
 void Recorder::end() {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   if (!fRecording || !fRecording->isRunning()) return;
   fRecording->stop();
   log(*fRecording, " ends with the robot");
 }
 
 void Recorder::peerLeft(const Ky::KyPeer& peer) {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   if (!fRecording || !fRecording->isRunning() || fIsAbandoned || !(peer == fOwner)) return;
   fIsAbandoned = true;
   zu::log::info("kyrobot", "recorder")
@@ -64,14 +64,14 @@ void Recorder::peerLeft(const Ky::KyPeer& peer) {
 }
 
 Recorder::State Recorder::state() const {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   if (!fRecording) return {};
   return {
       fRecording->isRunning(), {fRecording->frames(), fRecording->path()}, fRecording->trouble()};
 }
 
 FilmSettings Recorder::settings() const {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   return fSettings;
 }
 
@@ -80,7 +80,7 @@ void Recorder::setSettings(const FilmSettings& settings) {
   if (!isFrameRate(settings.fps))
     throw KyError("films can't have " + std::to_string(settings.fps) + " frames a second; 1 to " +
                   std::to_string(kMaxFps) + " they can");
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   fSettings = settings;
 }
 

@@ -2,12 +2,12 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "ky/peer.h"
 #include "ky/value.h"
 #include "robot/recording/recording.h"
+#include "zu/mutex.h"
 
 namespace robot {
 
@@ -47,17 +47,16 @@ class Recorder {
   void setSettings(const FilmSettings& settings);
 
  private:
-  void makeWay();  // with fMutex held
+  void makeWay() ZU_REQUIRES(fMutex);
 
   const std::shared_ptr<Cameras> fCameras;
   const HomeFolder fHome;
 
-  mutable std::mutex fMutex;
-  // All below are guarded by fMutex.
-  FilmSettings fSettings;
-  std::unique_ptr<Recording> fRecording;
-  Ky::KyPeer fOwner;
-  bool fIsAbandoned = false;
+  mutable zu::Mutex fMutex;
+  FilmSettings fSettings ZU_GUARDED_BY(fMutex);
+  std::unique_ptr<Recording> fRecording ZU_GUARDED_BY(fMutex);
+  Ky::KyPeer fOwner ZU_GUARDED_BY(fMutex);
+  bool fIsAbandoned ZU_GUARDED_BY(fMutex) = false;
 };
 
 }  // namespace robot

@@ -31,13 +31,13 @@ Recording::~Recording() {
 }
 
 void Recording::stop() {
-  const std::lock_guard guard(fStopMutex);
+  const zu::MutexLock guard(fStopMutex);
   fThread.request_stop();
   if (fThread.joinable()) fThread.join();
 }
 
 std::string Recording::trouble() const {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   return fTrouble;
 }
 
@@ -46,7 +46,7 @@ void Recording::run(const std::stop_token& stop) {
     record(stop);
   } catch (const std::exception& error) {  // OpenCV has exceptions of its own
     zu::log::error("kyrobot", "recorder") << path() << " ends here: " << error.what();
-    const std::lock_guard guard(fMutex);
+    const zu::MutexLock guard(fMutex);
     fTrouble = error.what();
   }
   fReader.reset();

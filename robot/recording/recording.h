@@ -3,13 +3,13 @@
 
 #include <atomic>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
 
 #include "robot/camera/cameras.h"
 #include "robot/recording/film_file.h"
 #include "robot/recording/film_pacing.h"
+#include "zu/mutex.h"
 
 namespace robot {
 
@@ -58,10 +58,10 @@ class Recording {
 
   std::atomic<int> fFrames = 0;
   std::atomic<bool> fRunning = true;
-  mutable std::mutex fMutex;
-  std::string fTrouble;   // guarded by fMutex
-  std::mutex fStopMutex;  // one at a time waits for the thread
-  std::jthread fThread;
+  mutable zu::Mutex fMutex;
+  std::string fTrouble ZU_GUARDED_BY(fMutex);
+  zu::Mutex fStopMutex;  // one at a time waits for the thread
+  std::jthread fThread ZU_GUARDED_BY(fStopMutex);
 };
 
 }  // namespace robot

@@ -16,8 +16,8 @@ struct VideoRecorderModel;
 // The latest camera frame, the settings that the viewer asks the robot for, the overlay items and
 // the recorder's state. The GUI thread, the camera thread and the runtime's call thread meet here
 // and nowhere else; each member says which lock guards it. Lock order: fObjectsMutex before
-// fImageMutex; nothing else nests. A member that is read or written without a lock by design is
-// atomic.
+// fImageMutex, and before the mutex of one source's items. A member that is read or written without
+// a lock by design is atomic.
 class Model {
  public:
   static constexpr int fDefaultResolution = 0;
@@ -43,9 +43,9 @@ class Model {
   void addObjectWatch(const std::string& key);
   void removeObjectWatch(const std::string& key);
 
-  // Guarded by fObjectsMutex. The keys are the watched keys.
-  std::map<std::string, displayObjectManager> fObjects;
-  boost::shared_ptr<Ky::KyMutex> fObjectsMutex;
+  // The keys are the watched keys.
+  std::map<std::string, displayObjectManager> fObjects ZU_GUARDED_BY(fObjectsMutex);
+  boost::shared_ptr<Ky::KyMutex> fObjectsMutex ZU_ACQUIRED_BEFORE(fImageMutex);
 
   // Size of the frame in fImageData, pixels. Changed under fImageMutex.
   std::atomic<int> fWidth;
@@ -65,9 +65,9 @@ class Model {
   boost::shared_ptr<Ky::KyMutexRW> fImageMutex;
   boost::shared_ptr<Ky::KyMutexRW> fParamMutex;
 
-  // fWidth x fHeight pixels in the byte order blue, green, red, alpha, rows packed. Guarded by
-  // fImageMutex. Every byte is 150, a grey, before the first frame.
-  unsigned char* fImageData;
+  // fWidth x fHeight pixels in the byte order blue, green, red, alpha, rows packed. Every byte is
+  // 150, a grey, before the first frame.
+  unsigned char* fImageData ZU_PT_GUARDED_BY(fImageMutex);
 
   // May be empty: then there is no recorder. GUI thread only.
   boost::shared_ptr<VideoRecorderModel> fVideoRecorder;

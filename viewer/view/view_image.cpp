@@ -22,7 +22,7 @@ QString dateText(std::int64_t timestamp) {
 }
 
 void paintOverlays(QPainter& painter, const Model& model, const QSizeF& pictureSize,
-                   const QRectF& view) {
+                   const QRectF& view) ZU_REQUIRES(model.fObjectsMutex) {
   for (const auto& [source, manager] : model.fObjects) {
     for (const auto& [name, item] : manager.fObjects)
       paintOverlay(painter, item, pictureSize, view);

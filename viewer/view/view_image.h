@@ -49,7 +49,8 @@ class ViewImage : public QFrame {
   Frame takeFrame(const Model& model);
   void wrapFrame(const Model& model, int width, int height);
   void paintInvitation(QPainter& painter) const;
-  void paintFrame(QPainter& painter, const Frame& frame, const Model& model);
+  void paintFrame(QPainter& painter, const Frame& frame, const Model& model)
+      ZU_REQUIRES(model.fObjectsMutex);
   void measureFrameRate(const Model& model);
 
   boost::weak_ptr<const Model> fModel;

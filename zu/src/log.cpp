@@ -5,8 +5,9 @@
 
 #include <algorithm>
 #include <array>
-#include <mutex>
 #include <vector>
+
+#include "zu/mutex.h"
 
 namespace zu::log {
 namespace {
@@ -14,10 +15,10 @@ namespace {
 // The one place where lines of all threads meet. Leaked on purpose: threads may still log while
 // static objects are being destroyed.
 struct Hub {
-  std::mutex mutex;
-  std::vector<std::shared_ptr<Sink>> sinks;
-  Level consoleLevel = Level::info;
-  std::shared_ptr<spdlog::sinks::sink> console =
+  Mutex mutex;
+  std::vector<std::shared_ptr<Sink>> sinks ZU_GUARDED_BY(mutex);
+  Level consoleLevel ZU_GUARDED_BY(mutex) = Level::info;
+  std::shared_ptr<spdlog::sinks::sink> console ZU_GUARDED_BY(mutex) =
       std::make_shared<spdlog::sinks::stderr_color_sink_st>();
 
   Hub() { console->set_pattern("%Y-%m-%d %H:%M:%S.%e %^%-7!l%$ %v"); }
@@ -48,7 +49,7 @@ spdlog::level::level_enum spdlogLevel(Level level) {
   return spdlog::level::info;
 }
 
-void writeToConsole(Hub& to, const Record& record) {
+void writeToConsole(Hub& to, const Record& record) ZU_REQUIRES(to.mutex) {
   const std::string line = record.category + "." + record.function + ": " + record.text;
   spdlog::details::log_msg message(record.time, spdlog::source_loc{}, "", spdlogLevel(record.level),
                                    line);
@@ -67,14 +68,14 @@ const char* name(Level level) {
 
 Listener::Listener(Sink sink) : fSink(std::make_shared<Sink>(std::move(sink))) {
   Hub& to = hub();
-  const std::lock_guard guard(to.mutex);
+  const MutexLock guard(to.mutex);
   to.sinks.push_back(fSink);
 }
 
 Listener::~Listener() {
   if (!fSink) return;
   Hub& to = hub();
-  const std::lock_guard guard(to.mutex);
+  const MutexLock guard(to.mutex);
   std::erase(to.sinks, fSink);
 }
 
@@ -90,14 +91,14 @@ void write(Level level, const std::string& category, const std::string& function
            const std::string& text) {
   const Record record{level, category, function, text, std::chrono::system_clock::now()};
   Hub& to = hub();
-  const std::lock_guard guard(to.mutex);
+  const MutexLock guard(to.mutex);
   if (level <= to.consoleLevel && level != Level::silent) writeToConsole(to, record);
   for (const auto& sink : to.sinks) (*sink)(record);
 }
 
 void setConsoleLevel(Level level) {
   Hub& to = hub();
-  const std::lock_guard guard(to.mutex);
+  const MutexLock guard(to.mutex);
   to.consoleLevel = level;
 }
 

@@ -2,20 +2,21 @@
 
 #include <sys/time.h>
 
-#include <mutex>
 #include <stdexcept>
+
+#include "zu/mutex.h"
 
 namespace zu::os {
 namespace {
 
-std::mutex overrideMutex;
-std::function<TimeValue()> overrideClock;  // guarded by overrideMutex
+Mutex overrideMutex;
+std::function<TimeValue()> overrideClock ZU_GUARDED_BY(overrideMutex);
 
 }  // namespace
 
 void gettimeofday(TimeValue* now) {
   {
-    const std::lock_guard guard(overrideMutex);
+    const MutexLock guard(overrideMutex);
     if (overrideClock) {
       *now = overrideClock();
       return;
@@ -34,13 +35,13 @@ std::int64_t nowMicroseconds() {
 }
 
 ClockOverride::ClockOverride(std::function<TimeValue()> clock) {
-  const std::lock_guard guard(overrideMutex);
+  const MutexLock guard(overrideMutex);
   if (overrideClock) throw std::logic_error("zu::os: the clock is overridden already");
   overrideClock = std::move(clock);
 }
 
 ClockOverride::~ClockOverride() {
-  const std::lock_guard guard(overrideMutex);
+  const MutexLock guard(overrideMutex);
   overrideClock = nullptr;
 }
 

@@ -5,37 +5,41 @@
 #include <mutex>
 #include <shared_mutex>
 
+#include "zu/thread_annotations.h"
+
 namespace Ky {
 
 // Not recursive. Thread-safe.
-class KyMutex {
+class ZU_CAPABILITY("mutex") KyMutex {
  public:
   static boost::shared_ptr<KyMutex> createKyMutex();
-  void lock() { fMutex.lock(); }
-  void unlock() { fMutex.unlock(); }
+  void lock() ZU_ACQUIRE() { fMutex.lock(); }
+  void unlock() ZU_RELEASE() { fMutex.unlock(); }
 
  private:
   std::mutex fMutex;
 };
 
 // Many readers or one writer. Not recursive, in neither mode. Thread-safe.
-class KyMutexRW {
+class ZU_CAPABILITY("mutex") KyMutexRW {
  public:
   static boost::shared_ptr<KyMutexRW> createKyMutexRW();
-  void readLock() { fMutex.lock_shared(); }
-  void readUnlock() { fMutex.unlock_shared(); }
-  void writeLock() { fMutex.lock(); }
-  void writeUnlock() { fMutex.unlock(); }
+  void readLock() ZU_ACQUIRE_SHARED() { fMutex.lock_shared(); }
+  void readUnlock() ZU_RELEASE_SHARED() { fMutex.unlock_shared(); }
+  void writeLock() ZU_ACQUIRE() { fMutex.lock(); }
+  void writeUnlock() ZU_RELEASE() { fMutex.unlock(); }
 
  private:
   std::shared_mutex fMutex;
 };
 
-// The guards hold the mutex, and keep it alive, until the end of their scope.
-class KyCriticalSection {
+// The guards hold the mutex, and keep it alive, until the end of their scope. In their constructors
+// the compiler can't see that the mutex which they lock is the one that they were given.
+class ZU_SCOPED_CAPABILITY KyCriticalSection {
  public:
-  explicit KyCriticalSection(boost::shared_ptr<KyMutex> mutex);
-  ~KyCriticalSection();
+  explicit KyCriticalSection(const boost::shared_ptr<KyMutex>& mutex)
+      ZU_ACQUIRE(mutex) ZU_NO_THREAD_SAFETY_ANALYSIS;
+  ~KyCriticalSection() ZU_RELEASE();
   KyCriticalSection(const KyCriticalSection&) = delete;
   KyCriticalSection& operator=(const KyCriticalSection&) = delete;
 
@@ -43,10 +47,11 @@ class KyCriticalSection {
   boost::shared_ptr<KyMutex> fMutex;
 };
 
-class KyCriticalSectionRead {
+class ZU_SCOPED_CAPABILITY KyCriticalSectionRead {
  public:
-  explicit KyCriticalSectionRead(boost::shared_ptr<KyMutexRW> mutex);
-  ~KyCriticalSectionRead();
+  explicit KyCriticalSectionRead(const boost::shared_ptr<KyMutexRW>& mutex)
+      ZU_ACQUIRE_SHARED(mutex) ZU_NO_THREAD_SAFETY_ANALYSIS;
+  ~KyCriticalSectionRead() ZU_RELEASE();
   KyCriticalSectionRead(const KyCriticalSectionRead&) = delete;
   KyCriticalSectionRead& operator=(const KyCriticalSectionRead&) = delete;
 
@@ -54,10 +59,11 @@ class KyCriticalSectionRead {
   boost::shared_ptr<KyMutexRW> fMutex;
 };
 
-class KyCriticalSectionWrite {
+class ZU_SCOPED_CAPABILITY KyCriticalSectionWrite {
  public:
-  explicit KyCriticalSectionWrite(boost::shared_ptr<KyMutexRW> mutex);
-  ~KyCriticalSectionWrite();
+  explicit KyCriticalSectionWrite(const boost::shared_ptr<KyMutexRW>& mutex)
+      ZU_ACQUIRE(mutex) ZU_NO_THREAD_SAFETY_ANALYSIS;
+  ~KyCriticalSectionWrite() ZU_RELEASE();
   KyCriticalSectionWrite(const KyCriticalSectionWrite&) = delete;
   KyCriticalSectionWrite& operator=(const KyCriticalSectionWrite&) = delete;
 

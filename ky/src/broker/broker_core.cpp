@@ -102,7 +102,7 @@ Parts BrokerCore::encodeAnswer(std::int64_t id, Outcome outcome) const {
 }
 
 void BrokerCore::close() {
-  const std::lock_guard guard(fCloseMutex);
+  const zu::MutexLock guard(fCloseMutex);
   if (fClosed) return;
   fClosed = true;
   fLoop.post([this] { closeSockets(); });

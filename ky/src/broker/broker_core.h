@@ -6,7 +6,6 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 #include <zmq.hpp>
@@ -17,6 +16,7 @@
 #include "transport/io_loop.h"
 #include "transport/socket_io.h"
 #include "wire/message.h"
+#include "zu/mutex.h"
 
 namespace Ky {
 
@@ -100,9 +100,9 @@ class BrokerCore : protected IoLoop::Client {
   std::atomic<std::uint64_t> fBytesOut{0};
   std::atomic<std::int64_t> fRoundTrip{0};  // microseconds
   std::uint64_t fDropped = 0;               // io thread
-  std::mutex fCloseMutex;
-  bool fClosed = false;  // guarded by fCloseMutex
-  IoLoop fLoop;          // last: its thread uses all the others
+  zu::Mutex fCloseMutex;
+  bool fClosed ZU_GUARDED_BY(fCloseMutex) = false;
+  IoLoop fLoop;  // last: its thread uses all the others
 };
 
 // The deadline that a Call message asks for, kept within reason.

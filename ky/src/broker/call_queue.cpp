@@ -11,12 +11,12 @@ CallQueue::~CallQueue() {
 
 CallQueue::Pushed CallQueue::push(Job job) {
   {
-    const std::lock_guard guard(fMutex);
+    const zu::MutexLock guard(fMutex);
     if (fStopping) return Pushed::Stopped;
     if (fJobs.size() >= kMaxWaiting) return Pushed::Full;
     fJobs.push_back(std::move(job));
   }
-  fChanged.notify_one();
+  fChanged.notifyOne();
   return Pushed::Yes;
 }
 
@@ -27,30 +27,29 @@ bool CallQueue::isCurrentThread() const {
 void CallQueue::stop() {
   std::deque<Job> cancelled;
   {
-    const std::lock_guard guard(fMutex);
+    const zu::MutexLock guard(fMutex);
     fStopping = true;
     cancelled.swap(fJobs);
   }
-  fChanged.notify_all();
+  fChanged.notifyAll();
   for (const Job& job : cancelled) job.cancel();
-  const std::lock_guard guard(fJoinMutex);
+  const zu::MutexLock guard(fJoinMutex);
   if (fThread.joinable()) fThread.join();
 }
 
 void CallQueue::run() {
-  std::unique_lock lock(fMutex);
+  const zu::MutexLock guard(fMutex);
   while (true) {
-    fChanged.wait(lock, [this] { return fStopping || !fJobs.empty(); });
+    while (!fStopping && fJobs.empty()) fChanged.wait(fMutex);
     if (fStopping) return;
     Job job = std::move(fJobs.front());
     fJobs.pop_front();
-    lock.unlock();
+    const zu::MutexUnlock meanwhile(fMutex);
     if (std::chrono::steady_clock::now() < job.deadline)
       job.run();
     else
       job.cancel();
     job = {};
-    lock.lock();
   }
 }
 

@@ -2,11 +2,11 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <deque>
 #include <functional>
-#include <mutex>
 #include <thread>
+
+#include "zu/mutex.h"
 
 namespace Ky {
 
@@ -37,12 +37,12 @@ class CallQueue {
  private:
   void run();
 
-  std::mutex fMutex;
-  std::condition_variable fChanged;
-  std::deque<Job> fJobs;   // guarded by fMutex
-  bool fStopping = false;  // guarded by fMutex
-  std::mutex fJoinMutex;
-  std::thread fThread;  // joined under fJoinMutex
+  zu::Mutex fMutex;
+  zu::ConditionVariable fChanged;
+  std::deque<Job> fJobs ZU_GUARDED_BY(fMutex);
+  bool fStopping ZU_GUARDED_BY(fMutex) = false;
+  zu::Mutex fJoinMutex;
+  std::thread fThread ZU_GUARDED_BY(fJoinMutex);
   const std::thread::id fThreadId;
 };
 

@@ -6,8 +6,8 @@ namespace Ky {
 
 // Outlives the state as long as a listener holds it.
 struct ConnectionState::Listeners {
-  std::mutex mutex;
-  std::list<Callback> callbacks;  // guarded by mutex, also while they run
+  zu::Mutex mutex;  // held also while they run
+  std::list<Callback> callbacks ZU_GUARDED_BY(mutex);
 };
 
 namespace {
@@ -18,7 +18,7 @@ class Registration : public KyConnectionListener {
   Registration(std::shared_ptr<Listeners> listeners, Position position)
       : fListeners(std::move(listeners)), fPosition(position) {}
   ~Registration() override {
-    const std::lock_guard guard(fListeners->mutex);
+    const zu::MutexLock guard(fListeners->mutex);
     fListeners->callbacks.erase(fPosition);
   }
 
@@ -34,43 +34,44 @@ ConnectionState::ConnectionState() : fListeners(std::make_shared<Listeners>()) {
 ConnectionState::~ConnectionState() = default;
 
 KyConnection ConnectionState::get() const {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   return fConnection;
 }
 
 std::string ConnectionState::why() const {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   return fWhy;
 }
 
 void ConnectionState::set(KyConnection connection, const std::string& why) {
   {
-    const std::lock_guard guard(fMutex);
+    const zu::MutexLock guard(fMutex);
     if (fConnection == connection || fConnection == KyConnection::Closed) return;
     fConnection = connection;
     fWhy = why;
-    fChanged.notify_all();
+    fChanged.notifyAll();
   }
-  const std::lock_guard guard(fListeners->mutex);
+  const zu::MutexLock guard(fListeners->mutex);
   for (const Callback& callback : fListeners->callbacks) callback(connection, why);
 }
 
 void ConnectionState::setProblem(const std::string& why, bool isFinal) {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   fWhy = why;
   fGivenUp = fGivenUp || isFinal;
-  fChanged.notify_all();
+  fChanged.notifyAll();
 }
 
 KyConnection ConnectionState::waitForConnection(std::chrono::milliseconds atMost) {
-  std::unique_lock lock(fMutex);
-  fChanged.wait_for(lock, atMost,
-                    [this] { return fConnection != KyConnection::Connecting || fGivenUp; });
+  const auto end = std::chrono::steady_clock::now() + atMost;
+  const zu::MutexLock guard(fMutex);
+  while (fConnection == KyConnection::Connecting && !fGivenUp && fChanged.waitUntil(fMutex, end)) {
+  }
   return fConnection;
 }
 
 std::unique_ptr<KyConnectionListener> ConnectionState::listen(Callback callback) {
-  const std::lock_guard guard(fListeners->mutex);
+  const zu::MutexLock guard(fListeners->mutex);
   fListeners->callbacks.push_back(std::move(callback));
   const auto position = std::prev(fListeners->callbacks.end());
   return std::make_unique<Registration<Listeners, decltype(position)>>(fListeners, position);

@@ -2,13 +2,12 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "ky/broker.h"
+#include "zu/mutex.h"
 
 namespace Ky {
 
@@ -34,11 +33,11 @@ class ConnectionState {
 
  private:
   struct Listeners;
-  mutable std::mutex fMutex;
-  std::condition_variable fChanged;
-  KyConnection fConnection = KyConnection::Connecting;  // guarded by fMutex
-  std::string fWhy = "no answer";                       // guarded by fMutex
-  bool fGivenUp = false;                                // guarded by fMutex
+  mutable zu::Mutex fMutex;
+  zu::ConditionVariable fChanged;
+  KyConnection fConnection ZU_GUARDED_BY(fMutex) = KyConnection::Connecting;
+  std::string fWhy ZU_GUARDED_BY(fMutex) = "no answer";
+  bool fGivenUp ZU_GUARDED_BY(fMutex) = false;
   std::shared_ptr<Listeners> fListeners;
 };
 

@@ -5,14 +5,14 @@
 namespace Ky {
 
 void Directory::add(const std::string& module, const std::string& route) {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   auto& holders = fHolders[module];
   std::erase(holders, route);
   holders.push_back(route);
 }
 
 void Directory::remove(const std::string& module, const std::string& route) {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   const auto found = fHolders.find(module);
   if (found == fHolders.end()) return;
   std::erase(found->second, route);
@@ -20,26 +20,26 @@ void Directory::remove(const std::string& module, const std::string& route) {
 }
 
 void Directory::removeAll(const std::string& route) {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   for (auto& [module, holders] : fHolders) std::erase(holders, route);
   std::erase_if(fHolders, [](const auto& entry) { return entry.second.empty(); });
 }
 
 void Directory::rename(const std::string& route, const std::string& newRoute) {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   for (auto& [module, holders] : fHolders)
     std::replace(holders.begin(), holders.end(), route, newRoute);
 }
 
 std::optional<std::string> Directory::holder(const std::string& module) const {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   const auto found = fHolders.find(module);
   if (found == fHolders.end()) return std::nullopt;
   return found->second.back();
 }
 
 std::vector<std::string> Directory::names() const {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   std::vector<std::string> names;
   for (const auto& [module, holders] : fHolders) names.push_back(module);
   return names;

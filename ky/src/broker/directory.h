@@ -2,10 +2,11 @@
 #pragma once
 
 #include <map>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "zu/mutex.h"
 
 namespace Ky {
 
@@ -22,8 +23,8 @@ class Directory {
   std::vector<std::string> names() const;
 
  private:
-  mutable std::mutex fMutex;
-  std::map<std::string, std::vector<std::string>> fHolders;  // oldest first; guarded by fMutex
+  mutable zu::Mutex fMutex;
+  std::map<std::string, std::vector<std::string>> fHolders ZU_GUARDED_BY(fMutex);  // oldest first
 };
 
 }  // namespace Ky

@@ -24,7 +24,7 @@ void LocalModules::add(boost::shared_ptr<KyModule> module) {
   const std::string name = module->getName();
   auto entry = std::make_shared<Entry>();
   entry->module = std::move(module);
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   if (!fEntries.emplace(name, std::move(entry)).second)
     throw KyError(name, "", "a module of this name is registered with this broker already");
 }
@@ -34,14 +34,14 @@ bool LocalModules::contains(const std::string& name) const {
 }
 
 std::vector<std::string> LocalModules::names() const {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   std::vector<std::string> names;
   for (const auto& [name, entry] : fEntries) names.push_back(name);
   return names;
 }
 
 std::shared_ptr<LocalModules::Entry> LocalModules::find(const std::string& name) const {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   const auto found = fEntries.find(name);
   return found == fEntries.end() ? nullptr : found->second;
 }
@@ -49,7 +49,7 @@ std::shared_ptr<LocalModules::Entry> LocalModules::find(const std::string& name)
 void LocalModules::remove(const std::string& name) {
   std::shared_ptr<Entry> entry;
   {
-    const std::lock_guard guard(fMutex);
+    const zu::MutexLock guard(fMutex);
     const auto found = fEntries.find(name);
     if (found == fEntries.end()) return;
     if (found->second->queue.isCurrentThread())

@@ -6,7 +6,6 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -14,6 +13,7 @@
 #include "broker/outcome.h"
 #include "ky/peer.h"
 #include "ky/value.h"
+#include "zu/mutex.h"
 
 namespace Ky {
 
@@ -54,8 +54,8 @@ class LocalModules {
   std::shared_ptr<Entry> find(const std::string& name) const;
   static void release(std::shared_ptr<Entry> entry);
 
-  mutable std::mutex fMutex;
-  std::map<std::string, std::shared_ptr<Entry>> fEntries;  // guarded by fMutex
+  mutable zu::Mutex fMutex;
+  std::map<std::string, std::shared_ptr<Entry>> fEntries ZU_GUARDED_BY(fMutex);
 };
 
 }  // namespace Ky

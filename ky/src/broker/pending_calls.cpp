@@ -5,21 +5,22 @@
 namespace Ky {
 
 void PendingCall::settle(Outcome outcome) {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   if (fOutcome) return;
   fOutcome = std::move(outcome);
-  fSettled.notify_all();
+  fSettled.notifyAll();
 }
 
 std::optional<Outcome> PendingCall::wait(std::chrono::steady_clock::time_point deadline) {
-  std::unique_lock lock(fMutex);
-  fSettled.wait_until(lock, deadline, [this] { return fOutcome.has_value(); });
+  const zu::MutexLock guard(fMutex);
+  while (!fOutcome && fSettled.waitUntil(fMutex, deadline)) {
+  }
   return std::move(fOutcome);
 }
 
 std::shared_ptr<PendingCall> PendingCalls::add(std::int64_t id, const std::string& route) {
   auto call = std::make_shared<PendingCall>();
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   fEntries[id] = {route, call};
   return call;
 }
@@ -27,7 +28,7 @@ std::shared_ptr<PendingCall> PendingCalls::add(std::int64_t id, const std::strin
 bool PendingCalls::settle(std::int64_t id, const std::string& route, Outcome outcome) {
   std::shared_ptr<PendingCall> call;
   {
-    const std::lock_guard guard(fMutex);
+    const zu::MutexLock guard(fMutex);
     const auto found = fEntries.find(id);
     if (found == fEntries.end() || found->second.route != route) return false;
     call = std::move(found->second.call);
@@ -38,14 +39,14 @@ bool PendingCalls::settle(std::int64_t id, const std::string& route, Outcome out
 }
 
 void PendingCalls::forget(std::int64_t id) {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   fEntries.erase(id);
 }
 
 void PendingCalls::failAll(const std::string& route, const std::string& text) {
   std::vector<std::shared_ptr<PendingCall>> calls;
   {
-    const std::lock_guard guard(fMutex);
+    const zu::MutexLock guard(fMutex);
     for (auto at = fEntries.begin(); at != fEntries.end();) {
       if (at->second.route == route) {
         calls.push_back(std::move(at->second.call));

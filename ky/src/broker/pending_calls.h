@@ -2,14 +2,13 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 
 #include "broker/outcome.h"
+#include "zu/mutex.h"
 
 namespace Ky {
 
@@ -22,9 +21,9 @@ class PendingCall {
   std::optional<Outcome> wait(std::chrono::steady_clock::time_point deadline);
 
  private:
-  std::mutex fMutex;
-  std::condition_variable fSettled;
-  std::optional<Outcome> fOutcome;  // guarded by fMutex
+  zu::Mutex fMutex;
+  zu::ConditionVariable fSettled;
+  std::optional<Outcome> fOutcome ZU_GUARDED_BY(fMutex);
 };
 
 // Finds the caller to whom an answer from outside belongs. Thread-safe.
@@ -43,8 +42,8 @@ class PendingCalls {
     std::string route;
     std::shared_ptr<PendingCall> call;
   };
-  std::mutex fMutex;
-  std::map<std::int64_t, Entry> fEntries;  // guarded by fMutex
+  zu::Mutex fMutex;
+  std::map<std::int64_t, Entry> fEntries ZU_GUARDED_BY(fMutex);
 };
 
 }  // namespace Ky

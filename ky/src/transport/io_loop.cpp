@@ -23,6 +23,7 @@ IoLoop::~IoLoop() {
 }
 
 void IoLoop::start(Client& client) {
+  const zu::MutexLock guard(fJoinMutex);
   fThread = std::thread([this, &client] {
     // Signals are the program's: here they would only interrupt ZeroMQ's calls.
     sigset_t all;
@@ -34,7 +35,7 @@ void IoLoop::start(Client& client) {
 
 bool IoLoop::post(std::function<void()> task) {
   {
-    const std::lock_guard guard(fMutex);
+    const zu::MutexLock guard(fMutex);
     if (fStopping) return false;
     fPosted.push_back(std::move(task));
   }
@@ -44,11 +45,11 @@ bool IoLoop::post(std::function<void()> task) {
 
 void IoLoop::stop() {
   {
-    const std::lock_guard guard(fMutex);
+    const zu::MutexLock guard(fMutex);
     fStopping = true;
   }
   wake();
-  const std::lock_guard guard(fJoinMutex);
+  const zu::MutexLock guard(fJoinMutex);
   if (fThread.joinable()) fThread.join();
 }
 
@@ -64,7 +65,7 @@ bool IoLoop::runPosted() {
   std::vector<std::function<void()>> tasks;
   bool goOn = true;
   {
-    const std::lock_guard guard(fMutex);
+    const zu::MutexLock guard(fMutex);
     tasks.swap(fPosted);
     goOn = !fStopping;
   }

@@ -2,10 +2,11 @@
 #pragma once
 
 #include <functional>
-#include <mutex>
 #include <thread>
 #include <vector>
 #include <zmq.hpp>
+
+#include "zu/mutex.h"
 
 namespace Ky {
 
@@ -42,11 +43,11 @@ class IoLoop {
   void wake() const;
 
   int fWakeFd;
-  std::mutex fMutex;
-  std::vector<std::function<void()>> fPosted;  // guarded by fMutex
-  bool fStopping = false;                      // guarded by fMutex
-  std::mutex fJoinMutex;
-  std::thread fThread;  // joined under fJoinMutex
+  zu::Mutex fMutex;
+  std::vector<std::function<void()>> fPosted ZU_GUARDED_BY(fMutex);
+  bool fStopping ZU_GUARDED_BY(fMutex) = false;
+  zu::Mutex fJoinMutex;
+  std::thread fThread ZU_GUARDED_BY(fJoinMutex);
 };
 
 }  // namespace Ky

@@ -10,7 +10,7 @@ LogFeed::LogFeed(std::size_t capacity, QObject* parent) : QObject(parent), fCapa
 void LogFeed::add(const zu::log::Record& record) {
   bool isFirst = false;
   {
-    const std::lock_guard guard(fMutex);
+    const zu::MutexLock guard(fMutex);
     isFirst = fWaiting.empty();
     fWaiting.push_back(record);
     if (fWaiting.size() > fCapacity) fWaiting.pop_front();
@@ -21,7 +21,7 @@ void LogFeed::add(const zu::log::Record& record) {
 void LogFeed::deliver() {
   std::deque<zu::log::Record> waiting;
   {
-    const std::lock_guard guard(fMutex);
+    const zu::MutexLock guard(fMutex);
     waiting.swap(fWaiting);
   }
   emit lines({waiting.begin(), waiting.end()});

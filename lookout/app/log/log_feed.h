@@ -3,10 +3,10 @@
 
 #include <QObject>
 #include <deque>
-#include <mutex>
 #include <vector>
 
 #include "zu/log.h"
+#include "zu/mutex.h"
 
 namespace Lookout {
 
@@ -30,9 +30,9 @@ class LogFeed : public QObject {
   void deliver();
 
   const std::size_t fCapacity;
-  std::mutex fMutex;
-  std::deque<zu::log::Record> fWaiting;  // guarded by fMutex
-  zu::log::Listener fListener;           // last: adds to all the others
+  zu::Mutex fMutex;
+  std::deque<zu::log::Record> fWaiting ZU_GUARDED_BY(fMutex);
+  zu::log::Listener fListener;  // last: adds to all the others
 };
 
 }  // namespace Lookout

@@ -17,7 +17,7 @@ ConnectionWatcher::ConnectionWatcher(boost::shared_ptr<Ky::KyBroker> broker,
 
 void ConnectionWatcher::add(Ky::KyConnection connection, const std::string& why) {
   {
-    const std::lock_guard guard(fMutex);
+    const zu::MutexLock guard(fMutex);
     fNews.emplace_back(connection, why);
   }
   emit newsCame();
@@ -26,7 +26,7 @@ void ConnectionWatcher::add(Ky::KyConnection connection, const std::string& why)
 void ConnectionWatcher::deliver() {
   std::vector<News> news;
   {
-    const std::lock_guard guard(fMutex);
+    const zu::MutexLock guard(fMutex);
     news.swap(fNews);
   }
   const QPointer<ConnectionWatcher> self(this);

@@ -4,11 +4,11 @@
 #include <QObject>
 #include <boost/shared_ptr.hpp>
 #include <memory>
-#include <mutex>
 #include <utility>
 #include <vector>
 
 #include "ky/broker.h"
+#include "zu/mutex.h"
 
 namespace Lookout {
 
@@ -35,8 +35,8 @@ class ConnectionWatcher : public QObject {
   void deliver();
 
   const boost::shared_ptr<Ky::KyBroker> fBroker;
-  std::mutex fMutex;
-  std::vector<News> fNews;                              // guarded by fMutex
+  zu::Mutex fMutex;
+  std::vector<News> fNews ZU_GUARDED_BY(fMutex);
   std::unique_ptr<Ky::KyConnectionListener> fListener;  // last: adds to all the others
 };
 

@@ -99,12 +99,12 @@ auto* find(const Table& table, const std::string& name) {
 }  // namespace
 
 BallTuning SharedBallTuning::get() const {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   return fTuning;
 }
 
 void SharedBallTuning::set(const std::string& name, const KyValue& value) {
-  const std::lock_guard guard(fMutex);
+  const zu::MutexLock guard(fMutex);
   if (const Number* number = find(kNumbers, name)) {
     setNumber(fTuning, *number, value);
   } else if (const Switch* one = find(kSwitches, name)) {

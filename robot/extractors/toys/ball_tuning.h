@@ -1,11 +1,11 @@
 // What a ball is to look like, and how it is searched: the ball finder's named parameters.
 #pragma once
 
-#include <mutex>
 #include <string>
 #include <vector>
 
 #include "ky/value.h"
+#include "zu/mutex.h"
 
 namespace robot {
 
@@ -45,8 +45,8 @@ class SharedBallTuning {
   static std::vector<std::string> names();
 
  private:
-  mutable std::mutex fMutex;
-  BallTuning fTuning;  // guarded by fMutex
+  mutable zu::Mutex fMutex;
+  BallTuning fTuning ZU_GUARDED_BY(fMutex);
 };
 
 }  // namespace robot
