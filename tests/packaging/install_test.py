@@ -66,7 +66,8 @@ class Installation(unittest.TestCase):
         for file in ("bin/lookout", "bin/kyrobot", "bin/ky", "lib/libky.so", "lib/libzu.so",
                      "lib/liblookout.so", "lib/lookout/plugins/libperiscope.so",
                      "include/ky/broker.h", "include/zu/log.h", "include/lookout/widget_interface.h",
-                     "share/lookout/icons/buttons/play.png", "share/applications/lookout.desktop"):
+                     "share/lookout/icons/buttons/play.png", "share/applications/lookout.desktop",
+                     "share/doc/periscope/copyright"):
             self.assertTrue((self.prefix / file).is_file(), file)
 
     def test_the_libraries_need_nothing_of_the_build_folder(self):
