@@ -1,16 +1,14 @@
 // Downloads files by FTP on Qt's event loop.
 #pragma once
 
-#include <QByteArray>
-#include <QIODevice>
 #include <QObject>
-#include <QTimer>
 #include <chrono>
 #include <deque>
 #include <functional>
 #include <memory>
 
-#include "viewer/download/curl_loop.h"
+class FtpConnection;
+class QIODevice;
 
 // Commands are queued and end in the order in which they were given, each with commandFinished(),
 // and each with its own failures. One that can't follow on a failed one (a login without a
@@ -61,40 +59,10 @@ class FtpClient : public QObject {
     Command command;
     std::function<void()> start;
   };
-  struct CleanUp {
-    void operator()(CURL* transfer) const { curl_easy_cleanup(transfer); }
-    void operator()(CURLU* url) const { curl_url_cleanup(url); }
-  };
-  enum class Connection { None, Open, LoggedIn };
 
   int enqueue(Command command, std::function<void()> start);
   void startNext();
   void finish(const QString& error);
-
-  void startConnecting();
-  void startLogin();
-  void startGet(const QString& file);
-  bool newTransfer(const char* scheme, const QString& path);
-
-  void onEnded(int curlCode);
-  void onConnected();
-  void watchTransfer();
-  QString errorOf(CURLcode code) const;
-  QString silenceText() const;
-  void dropTransfer();
-  void dropConnection();
-  // False when whoever heard it has ended the command, or us.
-  bool emitProgress();
-
-  static curl_socket_t giveSocket(void* self, curlsocktype purpose, curl_sockaddr* address);
-  static int keepConnected(void* self, curl_socket_t socket, curlsocktype purpose);
-  static std::size_t onData(char* bytes, std::size_t size, std::size_t count, void* self);
-  static std::size_t onReply(char* bytes, std::size_t size, std::size_t count, void* self);
-  static int onProgress(void* self, curl_off_t total, curl_off_t done, curl_off_t, curl_off_t);
-
-  // Of telling the progress and of watching it.
-  static constexpr std::chrono::milliseconds kPeriod{40};
-  static constexpr std::chrono::seconds kFarewellLimit{2};
 
   std::chrono::milliseconds fConnectLimit{10000};
   std::chrono::seconds fSilenceLimit{20};
@@ -103,25 +71,5 @@ class FtpClient : public QObject {
   int fLastId = 0;
   bool fRunning = false;  // the first of the queue, until its end has been heard
   QString fError;
-
-  QByteArray fHost;
-  quint16 fPort = 0;
-  QByteArray fUser;
-  QByteArray fPassword;
-  Connection fConnection = Connection::None;
-  // The control connection's, beside libcurl's: to end it without waiting for the server's
-  // farewell.
-  int fSocket = -1;
-
-  std::unique_ptr<CurlLoop> fLoop;
-  std::unique_ptr<CURLU, CleanUp> fUrl;
-  std::unique_ptr<CURL, CleanUp> fTransfer;
-  QByteArray fReply;  // the server's last line
-  QIODevice* fDevice = nullptr;
-  qint64 fReadBytes = 0;
-  qint64 fTotalBytes = 0;
-  qint64 fToldBytes = -1;
-  int fSilentPeriods = 0;  // since the last byte, counted while the event loop runs
-  std::chrono::steady_clock::time_point fLastByte;
-  QTimer fProgressTimer;
+  std::unique_ptr<FtpConnection> fConnection;
 };

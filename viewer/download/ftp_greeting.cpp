@@ -17,8 +17,8 @@ void waitForMoreThan(int socket, int bytes) {
 
 }  // namespace
 
-FtpGreeting::FtpGreeting(int socket, std::chrono::milliseconds limit, QObject* parent)
-    : QObject(parent), fSocket(socket), fNotifier(socket, QSocketNotifier::Read) {
+FtpGreeting::FtpGreeting(int socket, std::chrono::milliseconds limit)
+    : fSocket(socket), fNotifier(socket, QSocketNotifier::Read) {
   connect(&fNotifier, &QSocketNotifier::activated, this, &FtpGreeting::look);
   connect(&fLimit, &QTimer::timeout, this,
           [this] { end(tr("Something answers there, but not as an FTP server does.")); });

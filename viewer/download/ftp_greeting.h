@@ -13,7 +13,7 @@ class FtpGreeting : public QObject {
 
  public:
   // The socket is connected, and outlives this.
-  FtpGreeting(int socket, std::chrono::milliseconds limit, QObject* parent);
+  FtpGreeting(int socket, std::chrono::milliseconds limit);
 
  signals:
   // Once. Empty, or why this is nobody to log in at.

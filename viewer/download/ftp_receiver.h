@@ -1,0 +1,47 @@
+// Takes a file from libcurl into a device.
+#pragma once
+
+#include <curl/curl.h>
+
+#include <QIODevice>
+#include <QObject>
+#include <QTimer>
+#include <chrono>
+
+// For one transfer, from before it starts until after it has ended. Thread-bound, needs an event
+// loop. May be deleted by whoever hears its signals.
+class FtpReceiver : public QObject {
+  Q_OBJECT
+
+ public:
+  // `device` is open for writing and outlives this. `silence`: how long no byte may come.
+  FtpReceiver(CURL* transfer, QIODevice* device, std::chrono::milliseconds silence);
+
+  // The file has come: tells how far it is for the last time. False when whoever heard it has
+  // deleted us.
+  bool finish();
+  // Why the device took no more, for people.
+  QString deviceError() const { return fDevice->errorString(); }
+
+ signals:
+  // At most 25 times a second, and at the end. `totalBytes` is 0 while it is not known.
+  void progressed(qint64 readBytes, qint64 totalBytes);
+  // Once, and nothing after it.
+  void fellSilent();
+
+ private:
+  void watch();
+  void tellProgress();
+
+  static std::size_t onData(char* bytes, std::size_t size, std::size_t count, void* self);
+  static int onProgress(void* self, curl_off_t total, curl_off_t done, curl_off_t, curl_off_t);
+
+  QIODevice* fDevice;
+  const std::chrono::milliseconds fSilenceLimit;
+  int fSilentPeriods = 0;  // since the last byte, counted while the event loop runs
+  std::chrono::steady_clock::time_point fLastByte;
+  qint64 fReadBytes = 0;
+  qint64 fTotalBytes = 0;
+  qint64 fToldBytes = -1;
+  QTimer fTimer;
+};
