@@ -4,13 +4,14 @@
 
 #include <QBuffer>
 #include <QFile>
+#include <QPointer>
 #include <algorithm>
 #include <set>
 
+#include "support/wait.h"
 #include "tests/viewer/download/robot_files.h"
 #include "tests/viewer/download/scripted_server.h"
 #include "tests/viewer/download/unfinished_server.h"
-#include "support/wait.h"
 
 namespace {
 
@@ -202,6 +203,14 @@ TEST_F(Client, TellsThatTheLoginIsWrongAndTakesTheRightOne) {
   ASSERT_TRUE(waitForEnds(6));
   EXPECT_EQ(heard[5], "6 get");
   EXPECT_EQ(target.data(), "the film");
+}
+
+TEST_F(Client, HasNoConnectionAfterAWrongLogin) {
+  ftp.connectToHost("127.0.0.1", static_cast<quint16>(robot.port()));
+  ftp.login(RobotFiles::kUser, "wrong");
+  ftp.login(RobotFiles::kUser, RobotFiles::kPassword);
+  ASSERT_TRUE(waitForEnds(3));
+  EXPECT_EQ(errors[2], "There is no connection to a server.");
 }
 
 TEST_F(Client, IsNobodyWithoutAName) {
@@ -436,6 +445,39 @@ TEST_F(Client, MayBeAbortedByWhoeverHearsIt) {
   ftp.get("clip.avi", &target);
   ASSERT_TRUE(waitForEnds(5));
   EXPECT_EQ(heard, Texts({"1 connect", "2 login", "4 connect", "5 login", "6 get"}));
+}
+
+// Of a small file there is only the last one.
+TEST_F(Client, MayBeDeletedByWhoeverHearsTheProgress) {
+  QPointer<FtpClient> client = new FtpClient;
+  QObject::connect(client, &FtpClient::dataTransferProgress, &ftp, [&] { delete client; });
+  client->connectToHost("127.0.0.1", static_cast<quint16>(robot.port()));
+  client->login(RobotFiles::kUser, RobotFiles::kPassword);
+  client->get("clip.avi", &target);
+  EXPECT_TRUE(waitUntil([&] { return client.isNull() && ftpProcesses().empty(); }));
+}
+
+// What is given then is not taken for what was aborted.
+TEST_F(Client, MayBeAbortedAndGivenCommandsByWhoeverHearsTheProgress) {
+  QObject::connect(&ftp, &FtpClient::dataTransferProgress, &ftp, [this] {
+    ftp.abort();
+    ftp.get("clip.avi", &target);
+  });
+  connectAndLogIn();
+  ftp.get("clip.avi", &target);
+  ASSERT_TRUE(waitForEnds(3));
+  EXPECT_EQ(heard, Texts({"1 connect", "2 login", "4 get failed"}));
+}
+
+TEST_F(Client, MayBeAbortedAndGivenCommandsByWhoeverHearsTheEnd) {
+  QObject::connect(&ftp, &FtpClient::commandFinished, &ftp, [this](int id) {
+    if (id != 2) return;
+    ftp.abort();
+    ftp.get("clip.avi", &target);
+  });
+  connectAndLogIn();
+  ASSERT_TRUE(waitForEnds(3));
+  EXPECT_EQ(heard, Texts({"1 connect", "2 login", "3 get failed"}));
 }
 
 TEST_F(Client, WaitsForWhoeverHearsIt) {
