@@ -25,6 +25,15 @@ DOWNLOAD = re.compile(r"\b(Fetch[C]ontent|External[P]roject\w*|file\s*\(\s*DOWN[
 LICENCE = "SPDX-License-Identifier: Apache-2.0"
 
 
+def names_licence(path, lines):
+    """Whether a program's file does, in its first line or the one after "#!"; None for others."""
+    is_script = lines and lines[0].startswith("#!")
+    name = pathlib.PurePath(path)
+    if name.suffix in SOURCES | {".py", ".cmake"} or name.name == "CMakeLists.txt" or is_script:
+        return LICENCE in "".join(lines[:2 if is_script else 1])
+    return None
+
+
 def check_words(line):
     for match in HOME.finditer(line):
         yield f"a path of somebody's machine: {match.group(0)}"
@@ -42,8 +51,8 @@ def check(root, files):
         if suffix not in TEXT_SUFFIXES:
             continue
         lines = text_of(root, path).splitlines()
-        if suffix in SOURCES and LICENCE not in "".join(lines[:1]):
-            yield f"{path}:1: the first line names the licence: // {LICENCE}"
+        if names_licence(path, lines) is False:
+            yield f"{path}:1: the licence is not named at its begin: {LICENCE}"
         for number, line in enumerate(lines, 1):
             for problem in check_words(line):
                 yield f"{path}:{number}: {problem}"

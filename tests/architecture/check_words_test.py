@@ -16,7 +16,7 @@ class CheckWords(TreeTest):
             found = self.violations({"README.md": f"See {path}.\n"})
             self.assertEqual(len(found), 1, path)
             self.assertIn("README.md:1: a path of somebody's machine: ", found[0])
-        self.assert_clean({"a.py": 'p = "/home/tam/recordings/"\n"build/home.x"\n'})
+        self.assert_clean({"a.md": 'p = "/home/tam/recordings/"\n"build/home.x"\n'})
 
     def test_hosts_that_are_not_known_are_found(self):
         host = "packages.somewhere" + ".net"
@@ -27,17 +27,20 @@ class CheckWords(TreeTest):
     def test_downloads_are_found(self):
         for text in ("include(Fetch" + "Content)", "External" + "Project_Add(x)",
                      "pip in" + "stall x", "file(DOWN" + "LOAD x y)"):
-            found = self.violations({"cmake/x.cmake": text + "\n"})
+            found = self.violations({"cmake/x.txt": text + "\n"})
             self.assertEqual(len(found), 1, text)
-            self.assertIn("cmake/x.cmake:1: a download that is no package of the system: ",
+            self.assertIn("cmake/x.txt:1: a download that is no package of the system: ",
                           found[0])
 
-    def test_a_source_file_without_the_licence_is_found(self):
-        line = "// " + check_words.LICENCE
-        self.assert_clean({"a.cpp": f"{line}\n", "b.h": f"{line}\n// What b is for.\n", "c.md": ""})
-        self.assert_found({"a.cpp": f"\n{line}\n", "b.h": ""},
-                          f"a.cpp:1: the first line names the licence: {line}",
-                          f"b.h:1: the first line names the licence: {line}")
+    def test_a_program_without_the_licence_is_found(self):
+        line = check_words.LICENCE
+        self.assert_clean({"CMakeLists.txt": f"# {line}\n", "a.cpp": f"// {line}\n",
+                           "b.h": f"// {line}\n// What b is for.\n", "c.md": "",
+                           "run": f"#!/bin/sh\n# {line}\n"})
+        for path, text in (("CMakeLists.txt", ""), ("a.cpp", f"\n// {line}\n"), ("b.h", ""),
+                           ("run", f"#!/bin/sh\n\n# {line}\n"), ("x.py", "import sys\n")):
+            self.assert_found({path: text},
+                              f"{path}:1: the licence is not named at its begin: {line}")
 
     def test_files_that_are_no_text_are_left_alone(self):
         self.assert_clean({"a.png": b"\x89PNG /home" + b"/ann/"})

@@ -11,12 +11,12 @@
 #include <QTest>
 #include <csignal>
 
-#include "tests/viewer/download/robot_files.h"
 #include "ky/proxy.h"
 #include "lookout/settings_of_test.h"
 #include "robot/recording/film_facts.h"
 #include "support/modal_driver.h"
 #include "support/own_network.h"
+#include "tests/viewer/download/robot_files.h"
 #include "window_on_robots.h"
 
 namespace {

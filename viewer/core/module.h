@@ -17,7 +17,7 @@ inline const std::string kRecordPath = "/home/tam/recordings/cameras/";
 
 // Registers as "Periscope". Every method that reaches the robot catches Ky::KyError itself, writes
 // one line to the log under the category "periscope" and its own name, and reports failure as
-// stated. Each method is defined in the folder of the subsystem to which it belongs.
+// told below. Each method is defined in the folder of the subsystem to which it belongs.
 //
 // Threads: built, destroyed and called on the GUI thread, but for getNext() and
 // updateObjectsValue() (camera thread) and subscribeLog() (the runtime's call thread). They meet in

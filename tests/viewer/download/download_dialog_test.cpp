@@ -13,12 +13,12 @@
 #include <QTest>
 #include <optional>
 
-#include "tests/viewer/download/robot_files.h"
 #include "lookout/settings_of_test.h"
 #include "support/log_capture.h"
 #include "support/modal_driver.h"
 #include "support/own_network.h"
 #include "support/wait.h"
+#include "tests/viewer/download/robot_files.h"
 #include "viewer/download/ftp_client.h"
 #include "viewer/download/ftp_config.h"
 #include "viewer/download/ftp_download_dialog.h"

@@ -13,11 +13,11 @@
 #include <QTest>
 #include <QVBoxLayout>
 
-#include "tests/viewer/download/robot_files.h"
 #include "lookout/settings_of_test.h"
 #include "support/modal_driver.h"
 #include "support/own_network.h"
 #include "support/viewer_on_robot.h"
+#include "tests/viewer/download/robot_files.h"
 #include "viewer/download/ftp_config.h"
 #include "viewer/recording/videorecordersettings_widget.h"
 #include "viewer/view/widget.h"
