@@ -47,6 +47,9 @@ endfunction()
 function(periscope_precompile name)
   if(PERISCOPE_PRECOMPILE)
     target_precompile_headers(${name} PRIVATE ${ARGN})
+    # The same headers make the same file, or else no compiler cache would know it again.
+    target_compile_options(${name} PRIVATE
+      "$<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>")
   endif()
 endfunction()
 

@@ -22,10 +22,11 @@ wrong_use() {
 
 # configure PRESET: from whatever an earlier run left in its build folder.
 configure() {
-  local arguments=(--preset "$1" "-DCMAKE_CXX_COMPILER_LAUNCHER=$(command -v ccache || true)")
-  # A compiler cache can't see through precompiled headers, and is faster than they are.
-  ! command -v ccache >/dev/null || arguments+=(-DPERISCOPE_PRECOMPILE=OFF)
-  local log
+  local launcher='' log
+  # It caches what uses precompiled headers only if told to overlook that __TIME__ may be in them.
+  ! command -v ccache >/dev/null ||
+    launcher="$(command -v env);CCACHE_SLOPPINESS=pch_defines,time_macros;$(command -v ccache)"
+  local arguments=(--preset "$1" "-DCMAKE_CXX_COMPILER_LAUNCHER=$launcher")
   log=$(mktemp)
   if ! cmake "${arguments[@]}" >"$log" 2>&1 && ! cmake --fresh "${arguments[@]}" >"$log" 2>&1; then
     cat "$log" >&2
