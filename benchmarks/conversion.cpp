@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How long does the conversion of the largest colour picture take, against merely copying the
 // result and against OpenCV's conversion?
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How often does each detector see something in a film in which there is nothing of its kind, and
 // what does a look cost it?
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How fast does a recording come home, against the curl command, while a window is repainted 30
 // times a second? The real FTP server; what the download dialog does with the progress is done too.
 #include <QApplication>

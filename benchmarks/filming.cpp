@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What does recording cost those who watch, and how many frames of the film are doubled meanwhile?
 // A real robot in a process of its own records its generated scene while the real viewer shows it.
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How many pictures a second does the viewer show when 30 are asked for, and how old is a picture
 // when it is painted? And how many with all detections switched on? A real robot in a process of
 // its own, the real module, thread and view.

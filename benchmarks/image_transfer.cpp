@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How long does one 1280 x 960 colour picture take through the runtime, against the same bytes
 // through a plain blocking socket? The robot is another process; both go over 127.0.0.1.
 #include <arpa/inet.h>

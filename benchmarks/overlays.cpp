@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What do overlays cost: decoding 10,000 records, against converting ten pictures; and painting
 // 1,000 figures with texts, against the time between two pictures?
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How long does a step of a slider hold the window up, until the robot has the new value, while 30
 // pictures a second flow over the same connection? Against a ping of the same module: what a call
 // costs that does nothing.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A robot in a process of its own and the viewer's module, thread and view that play its pictures.
 #pragma once
 

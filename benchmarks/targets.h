@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How every benchmark runs and says what it found.
 //
 // A line "target<TAB>what<TAB>value<TAB>at most|at least<TAB>bound<TAB>reached|MISSED" on standard

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The commands of `ky`. Each adds its subcommands, which write their results to `out` and run while
 // the command line is parsed; they throw WrongUse and Ky::KyError.
 #pragma once

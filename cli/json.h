@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // JSON text to values of the runtime, and back.
 #pragma once
 

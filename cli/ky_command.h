@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The command `ky`: keys, and a robot's modules, from a shell.
 #pragma once
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # What stands under the project: all of it Debian's packages, see scripts/install-dependencies.
 
 find_package(Threads REQUIRED)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # periscope_install_library(NAME PACKAGE)
 # Installs a library with the headers of its folder include/, for others to find in the CMake package
 # PACKAGE, which packaging/ makes.

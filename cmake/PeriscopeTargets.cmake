@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # What every target of this project has in common.
 
 include(GNUInstallDirs)

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Draws a figure that follows a circle over the picture of a robot's viewer.
 
     draw_figures.py [HOST:PORT [SECONDS]]

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Whatever a robot writes under a watched key becomes items or a refusal, never a crash.
 #include "value_from_bytes.h"
 #include "viewer/detection/decoder.h"

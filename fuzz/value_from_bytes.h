@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Any bytes are some value: a fuzzer's way to every shape a robot could send.
 #pragma once
 

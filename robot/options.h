@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What can be chosen when a robot is started.
 #pragma once
 

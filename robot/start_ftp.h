@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The robot's FTP server, as its command line wants it.
 #pragma once
 

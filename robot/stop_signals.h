@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Ctrl-C and kill, waited for instead of handled.
 #pragma once
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # shellcheck shell=bash
 # What the scripts share; sourced, not run. Goes to the project's folder, ROOT; HERE is where the
 # script was called.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A plug-in of clang-tidy, for scripts/lint: lets the checks walk through the declarations in our
 // own files alone. Without it every check walks through all of Qt, Boost and OpenCV for every file,
 // which takes most of the time and finds nothing: what stands in a system header is never reported.

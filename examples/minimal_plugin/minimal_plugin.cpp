@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The smallest Lookout plug-in: shows the names of the robot's modules.
 //
 //   lookout --plugins FOLDER-WITH-THIS-PLUG-IN --robot 127.0.0.1

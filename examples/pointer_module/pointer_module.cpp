@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A module that points at things in the picture of the robot's viewer, for other programs.
 //
 //   pointer_module 127.0.0.1:9559

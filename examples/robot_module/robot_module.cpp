@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A program that offers a module to a robot's runtime: connects, publishes one method and serves
 // it until Ctrl-C.
 //

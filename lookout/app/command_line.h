@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What was asked for on the command line.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Qt's own warnings, in the same log as all others.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Turns Ctrl-C into a Qt signal.
 #pragma once
 

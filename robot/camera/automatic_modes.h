@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Auto exposition, auto gain and auto white balance where a camera has none in hardware.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Takes pictures from a source on a thread of its own, for as long as somebody wants them.
 #pragma once
 

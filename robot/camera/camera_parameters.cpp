@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "robot/camera/camera_parameters.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The parameters of one camera: which there are, what they may be, what they are now.
 #pragma once
 

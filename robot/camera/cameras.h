@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The robot's two cameras, one of which is active, and those who read its pictures.
 #pragma once
 

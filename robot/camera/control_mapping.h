@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Between the ranges of our parameters and those of a device's controls.
 #pragma once
 

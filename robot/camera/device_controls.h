@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The controls of a Video4Linux device as parameters of a camera.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A camera of the computer, through Video4Linux.
 #pragma once
 

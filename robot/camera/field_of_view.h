@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The cameras' field of view, the same for every source and resolution.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A film, played at its own rate over and over.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One picture of a camera, in every format that somebody asks for.
 #pragma once
 

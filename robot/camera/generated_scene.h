@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The scene that a camera shows without a film or device: things that move on a known course in
 // front of a still background, and a running clock.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A made-up scene: always there, always the same at the same time.
 #pragma once
 

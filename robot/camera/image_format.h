@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The sizes and colour spaces in which the robot delivers pictures.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the values of some parameters mean as factors, and which value a factor needs. A factor of
 // one is the initial value's and changes nothing.
 #pragma once

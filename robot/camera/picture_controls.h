@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a camera's parameters do to its pictures.
 #pragma once
 

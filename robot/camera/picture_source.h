@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A slide show: a folder of pictures, in the order of their names, over and over; or one picture.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // From what a source takes to what readers get.
 #pragma once
 

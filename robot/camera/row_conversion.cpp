@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "robot/camera/row_conversion.cpp"
 #include "robot/camera/row_conversion.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // BGR to YUV, a row of pixels at a time, with the processor's best SIMD instructions.
 #pragma once
 

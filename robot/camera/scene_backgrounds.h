@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What stands still in the generated scenes.
 #pragma once
 

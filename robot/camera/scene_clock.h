@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The clock in the generated scene's upper left corner, with the name of the camera.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Somebody to be seen in the generated scene.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The pictures that hang in the generated scene, for the robot to recognise.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the robot's detectors find in the country.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A small picture with smooth edges that is painted once and drawn often.
 #pragma once
 

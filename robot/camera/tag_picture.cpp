@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "robot/camera/tag_picture.h"
 
 #include <apriltag/apriltag.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How a landmark looks: a black square with cells that tell its number, on white.
 #pragma once
 

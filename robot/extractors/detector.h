@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What finds things of one kind in pictures.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A module that looks for things in the camera's pictures and writes what it finds into the robot's
 // memory, for as long as somebody is subscribed.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Who wants an extractor to look at pictures, and how often.
 #pragma once
 

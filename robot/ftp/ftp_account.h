@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The only account of the FTP server, known to it alone.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How an FTP session is locked into the folder that it serves.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Who may fetch recordings from the robot.
 #pragma once
 

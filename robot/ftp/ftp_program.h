@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Where Debian's FTP server is.
 #pragma once
 

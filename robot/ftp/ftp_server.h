@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The robot's home, for people to fetch recordings from.
 #pragma once
 

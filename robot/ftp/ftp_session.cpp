@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "robot/ftp/ftp_session.h"
 
 #include <fcntl.h>

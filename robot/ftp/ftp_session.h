@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One connection's FTP server process.
 #pragma once
 

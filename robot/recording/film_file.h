@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A film on the disk.
 #pragma once
 

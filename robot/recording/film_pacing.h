@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which of a camera's pictures go into a film of a constant frame rate.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The robot's home: the only place to which programs may have something written.
 #pragma once
 

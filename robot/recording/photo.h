@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Takes photos of what the robot sees.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "robot/recording/photo_capture.h"
 
 #include "robot/recording/photo.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The robot's one recorder, which several modules share.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A film that is being recorded.
 #pragma once
 

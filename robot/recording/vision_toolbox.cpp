@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "robot/recording/vision_toolbox.h"
 
 #include "robot/recording/photo.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The module "KyVisionToolbox": photos and films for older programs.
 #pragma once
 

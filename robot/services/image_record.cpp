@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "robot/services/image_record.h"
 
 #include "robot/camera/field_of_view.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The value in which a picture crosses the runtime.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The module "KyLauncher": tells what runs on the robot.
 #pragma once
 

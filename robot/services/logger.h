@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The module "KyLogger": lets everybody write into the robot's log.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The module "KyMemory": values under names, for everybody to read and write.
 #pragma once
 

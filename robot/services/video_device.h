@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The module "KyVideoDevice": the robot's cameras for everybody in its runtime.
 #pragma once
 

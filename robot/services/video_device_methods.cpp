@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the video device publishes.
 #include "robot/services/video_device.h"
 

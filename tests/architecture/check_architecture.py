@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Keeps every include on the arrows of the house, and files out of circles.
 
 check_architecture.py FOLDER    prints every violation as "file:line: text"; exits 1 if there is any

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Tests that check_architecture.py sees what it is there to see."""
 
 import unittest

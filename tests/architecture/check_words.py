@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Keeps some words out of the project's texts.
 
 check_words.py FOLDER    prints every violation as "file:line: text"; exits 1 if there is any

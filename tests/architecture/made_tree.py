@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Trees of files that a test makes for a check."""
 
 import pathlib

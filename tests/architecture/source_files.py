@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """What the checks of this folder read."""
 
 import pathlib

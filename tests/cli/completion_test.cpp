@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What Bash offers after "ky", with the real command asking a real robot.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The ball detector's panel on a running robot: it shows what the detector has, and the detector
 // has what it was told.
 #include <gtest/gtest.h>

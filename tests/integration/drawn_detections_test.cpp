@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the robot's detectors find is drawn where it is: over TCP, in the painted picture.
 #include <gtest/gtest.h>
 

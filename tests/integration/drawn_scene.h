@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The viewer's panel on a robot whose generated scene, or other source, stands still, and what is
 // drawn over it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Programs of every kind draw over the picture of a running Lookout.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The whole road of a film, as a person goes it: record, stop, download; two programs and the
 // FTP server between them.
 #include <gtest/gtest.h>

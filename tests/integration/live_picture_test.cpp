@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the viewer holds is what the robot's camera saw: over TCP, from another process.
 #include <gtest/gtest.h>
 

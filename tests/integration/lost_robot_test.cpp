@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A robot may be killed, frozen and restarted in the middle of its stream: the window stays alive.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The viewer's whole widget on a robot in a process of its own, whose scenes stand still: what the
 // picture shows depends on the settings alone.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The settings tab on a running robot: what its controls do to the picture that is shown, and that
 // it stays usable when the robot does not.
 #include "settings_tab.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Two desktops on one robot, and two robots in one desktop.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The window "Lookout" with the viewer, on real robots.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One robot, one desktop: the same over TCP and within the process.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What strangers and broken programs send must not disturb a robot.
 #include <arpa/inet.h>
 #include <gtest/gtest.h>

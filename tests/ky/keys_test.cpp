@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Keys: who is let in beyond loopback.
 #include "ky/keys.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Peers that fall silent, go and come back.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Several peers under one name.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The calls that the typed proxies make.
 #include <gtest/gtest.h>
 

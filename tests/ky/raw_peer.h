@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A peer that speaks the wire format by hand, well or badly.
 #pragma once
 

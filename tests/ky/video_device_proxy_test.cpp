@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a robot promises about its images is enforced where they arrive.
 #include "ky/video_device_proxy.h"
 

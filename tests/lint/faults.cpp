@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A fault for every kind of place that lint has to look into. `scripts/lint --self-test` sees that
 // it finds what is marked, and nothing else. Never compiled.
 #include "ky/faults.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "robots/connect_dialog.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The examples do what they say.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The program as people and scripts start it.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Keeps the settings of a test away from those of the user.
 #pragma once
 

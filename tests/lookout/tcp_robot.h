@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A robot on a real socket, to be stopped and started again at the same address.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A plug-in inside the test program, which does as it is told and says what became of its widgets.
 #pragma once
 

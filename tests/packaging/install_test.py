@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Installs a build into a new folder, builds another's project on it and runs what is there.
 
 install_test.py CMAKE BUILD CONSUMER EXAMPLES    the build folder, the other project's source, ours

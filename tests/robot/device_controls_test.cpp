@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What can be said of a device's controls without one.
 #include "robot/camera/device_controls.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "robot/ftp/ftp_server.h"
 
 #include <arpa/inet.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The robot's modules behind a real broker, with real peers, without a network.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The robot's FTP server, as people start it and as they fetch files from it.
 #include <gtest/gtest.h>
 #include <sys/mount.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The real robot, as a program of its own.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A small film whose pictures become brighter one by one.
 #pragma once
 

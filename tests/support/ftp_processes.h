@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The processes of FTP servers that this process has started.
 #pragma once
 

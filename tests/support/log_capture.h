@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Collects what is logged while it lives. Thread-safe.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // main() of every test program: widgets need an application, and the other tests don't mind.
 #include <gtest/gtest.h>
 

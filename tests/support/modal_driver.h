@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Does what a person would do with the dialogs that open one after the other.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // own-network PROGRAM [ARGUMENT...]
 //
 // Runs a program with a network and mounts of its own, in which it is root and disturbs nobody:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // For tests that run under own-network: periscope_test(... OWN_NETWORK).
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A program that a test runs: its lines, its signals, its end.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A robot module for tests of what reaches the robot: it answers as it is told and keeps every
 // call, in order, in a list that several modules may share.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A robot of scripted modules behind the real runtime, on the in-process transport.
 #pragma once
 

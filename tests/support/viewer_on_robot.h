@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A robot of scripted modules and the viewer's module on a desktop that is connected to it.
 #pragma once
 

@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 // Waits for events, never for time: returns as soon as the condition holds.
 #pragma once
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QEventLoop>
 #include <QThread>
 #include <QTimer>
@@ -28,6 +30,9 @@ bool waitUntil(Condition condition, std::chrono::milliseconds limit = std::chron
       if (holds || isLate()) loop.quit();
     });
     timer.start(kWaitStep);
+    // What an event that the test itself sent has left to be deleted, no loop that begins later
+    // deletes.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     if (!holds) loop.exec();
     return holds;
   }

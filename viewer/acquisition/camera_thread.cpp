@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "viewer/acquisition/camera_thread.h"
 
 #include <boost/make_shared.hpp>

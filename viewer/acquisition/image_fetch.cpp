@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Module::getNext(): one image from the robot's camera into the model.
 #include <opencv2/core/core_c.h>
 #include <opencv2/imgproc/imgproc_c.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // This file is compiled once for every instruction set; the best one that the processor has is
 // chosen when it runs.
 #undef HWY_TARGET_INCLUDE

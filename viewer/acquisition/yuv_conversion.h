@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // From the camera's YUV pixels to the viewer's 32-bit pixels.
 //
 // A pixel of luminance Y and chrominances U, V becomes, with y = (Y - 16) * 1.164, u = U - 128 and

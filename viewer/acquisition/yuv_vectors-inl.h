@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The vector part of the conversions, for one instruction set at a time. Every function converts as
 // many pixels as fill whole vectors and returns how far it came; the rest is left to plain code.
 #if defined(PERISCOPE_YUV_VECTORS_INL_H) == defined(HWY_TARGET_TOGGLE)

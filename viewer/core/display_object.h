@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is drawn over the picture: one figure, and the figures of one source.
 #pragma once
 

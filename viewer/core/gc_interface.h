@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the viewer's module asks of the viewer's widget.
 #pragma once
 

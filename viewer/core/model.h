@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The one state that the viewer's threads share.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The viewer's own module in the robot's runtime, through which every robot call passes.
 #pragma once
 

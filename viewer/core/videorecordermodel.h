@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the viewer knows of the recording that runs on the robot.
 #pragma once
 

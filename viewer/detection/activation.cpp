@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Switching the robot's vision extractors on and off.
 #include <array>
 

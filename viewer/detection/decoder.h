@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // From what an extractor wrote into the robot's memory to figures over the picture.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The place for settings of the custom objects' display.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Message boxes that a remotely controlled desktop can do without.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "viewer/dialogs/get_loginpassword_dialog.h"
 
 #include <QDialogButtonBox>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Runs transfers of libcurl on Qt's event loop.
 #pragma once
 

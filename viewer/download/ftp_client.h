@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Downloads files by FTP on Qt's event loop.
 #pragma once
 

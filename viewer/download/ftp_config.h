@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What all downloads of this process share.
 #pragma once
 

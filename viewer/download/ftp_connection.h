@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A control connection to an FTP server.
 #pragma once
 

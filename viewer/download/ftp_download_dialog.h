@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Brings one file from the robot to the desktop.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "viewer/download/ftp_greeting.h"
 
 #include <sys/socket.h>

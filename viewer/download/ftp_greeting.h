@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Waits until a server has said that it is one.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Takes a file from libcurl into a device.
 #pragma once
 

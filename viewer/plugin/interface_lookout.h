@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the host loads: makes a viewer for one robot.
 #pragma once
 

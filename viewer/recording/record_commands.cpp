@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Photos and films on the robot: by the service made for it, or by the older toolbox.
 #include "ky/photo_capture_proxy.h"
 #include "ky/video_recorder_proxy.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The panel of the recorder: the film's name and what became of it.
 #pragma once
 

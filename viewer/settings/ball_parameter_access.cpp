@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The ball detector's named parameters.
 #include "ky/proxy.h"
 #include "viewer/core/module.h"

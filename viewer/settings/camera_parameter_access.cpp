@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The camera's parameters: the robot holds them all, the model mirrors those that the viewer's own
 // work depends on.
 #include "ky/video_device_proxy.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A labelled slider that is bound to one parameter of the camera.
 #pragma once
 

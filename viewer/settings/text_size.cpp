@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "viewer/settings/text_size.h"
 
 #include <QComboBox>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The size of a panel's texts.
 #pragma once
 

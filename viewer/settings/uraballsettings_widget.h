@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The panel of the ball detector's tuning.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The panel's detection boxes. A box stays as the user left it, whatever comes of it.
 #include "viewer/core/module.h"
 #include "viewer/settings/videosettings_widget.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the panel does when the user acts, and how it follows the robot.
 #include <QCheckBox>
 #include <QComboBox>

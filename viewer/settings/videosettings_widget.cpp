@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Building the panel.
 #include "viewer/settings/videosettings_widget.h"
 

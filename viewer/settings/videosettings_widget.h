@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The panel of the robot's camera: format, exposure, gain, white balance, picture adjustments,
 // flips, the choice of the camera, and the detections.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The meter behind the "fps" under the picture.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "viewer/view/overlay_painter.h"
 
 #include <QColor>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which of a figure's passes have to be painted.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Where the parts of the view stand for a frame of some size.
 #pragma once
 

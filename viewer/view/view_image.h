@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The picture area of the viewer.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the widget's buttons and the module's callbacks do.
 #include <QDir>
 #include <QFileDialog>

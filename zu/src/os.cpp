@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "zu/os.h"
 
 #include <sys/time.h>

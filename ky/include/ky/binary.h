@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A piece of memory that nobody changes any more, shared instead of copied.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A broker is one process's place in the robot's runtime: it holds modules, reaches those of
 // others, and knows when a peer is lost.
 //

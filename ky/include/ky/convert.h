@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How C++ arguments and results become KyValues and back: for typed proxies and bound methods.
 #pragma once
 

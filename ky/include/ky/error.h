@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The runtime's exception. It crosses the wire: a method that throws on the robot throws the same
 // error at the caller.
 #pragma once

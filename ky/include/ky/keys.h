@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Who may talk to a robot beyond loopback: CURVE key pairs (https://rfc.zeromq.org/spec/26/), kept
 // as small text files.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The robot's shared memory: values under names, for everybody to read and write.
 #pragma once
 

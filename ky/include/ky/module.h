@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A named object whose methods can be called from anywhere in the robot's runtime.
 //
 //   class Greeter : public Ky::KyModule {

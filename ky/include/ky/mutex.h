@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Mutexes that are held by shared pointers, and the guards that lock them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Calls the methods of one module, wherever it lives.
 #pragma once
 

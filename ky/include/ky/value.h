@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The variant that every robot call takes and returns.
 #pragma once
 

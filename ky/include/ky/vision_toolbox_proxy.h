@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The older service for photos and films, which chooses the folder itself.
 #pragma once
 

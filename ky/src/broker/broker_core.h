@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a main broker and a peer have in common.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The call thread of one module.
 #pragma once
 

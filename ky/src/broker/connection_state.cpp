@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "broker/connection_state.h"
 
 #include <list>

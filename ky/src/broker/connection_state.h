@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Whether a peer is connected, for whoever asks, waits or listens.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which peer holds which module.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "broker/local_modules.h"
 
 #include "ky/module.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The modules that live in this process, each with its call thread.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "broker/main_broker.h"
 
 #include "zu/log.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The broker that listens: the middle of a robot's runtime.
 #pragma once
 

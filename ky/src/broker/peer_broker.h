@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The broker of a desktop or program: a peer on one connection to its parent.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "broker/start_broker.h"
 
 #include "broker/main_broker.h"

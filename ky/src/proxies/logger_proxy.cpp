@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "ky/logger_proxy.h"
 
 namespace Ky {

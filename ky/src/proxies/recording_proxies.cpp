@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The three services that take photos and films: each a handful of calls.
 #include "ky/photo_capture_proxy.h"
 #include "ky/video_recorder_proxy.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Lets in who has a known key: the handler's side of ZAP (https://rfc.zeromq.org/spec/27/).
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Hears from ZeroMQ what becomes of a socket's connection.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The thread on which a broker's sockets live.
 #pragma once
 

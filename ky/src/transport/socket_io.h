@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Whole messages over ZeroMQ sockets, without copying their attachments.
 #pragma once
 

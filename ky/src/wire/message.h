@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What two brokers say to each other. docs/protocol.md is the wire format in full.
 #pragma once
 

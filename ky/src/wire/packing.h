@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Values as MessagePack (https://github.com/msgpack/msgpack), with large
 // binaries beside the packed text instead of in it.
 #pragma once

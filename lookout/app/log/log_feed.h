@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Brings log lines from all threads to the window.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Shows what everything writes to the log.
 #pragma once
 

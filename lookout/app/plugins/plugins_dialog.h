@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Lists the plug-ins and what is wrong with those that were not loaded.
 #pragma once
 

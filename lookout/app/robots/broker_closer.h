@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Ends brokers without waiting for them.
 #pragma once
 

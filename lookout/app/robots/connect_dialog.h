@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Asks which robot to connect to.
 #pragma once
 

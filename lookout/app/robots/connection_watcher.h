@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Brings a broker's news to the GUI thread.
 #pragma once
 

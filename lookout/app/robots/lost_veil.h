@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What lies over a picture that has stopped.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Tells widgets that can't be deleted just now.
 #pragma once
 

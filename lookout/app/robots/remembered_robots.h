@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The robots that were used before, kept in the settings.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A robot's address as people type it.
 #pragma once
 

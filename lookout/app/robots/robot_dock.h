@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A robot's place in the window.
 #pragma once
 

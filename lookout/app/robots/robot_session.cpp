@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "robots/robot_session.h"
 
 #include <algorithm>

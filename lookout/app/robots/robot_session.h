@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One robot in the window: from the first attempt to reach it to the closing of its dock.
 #pragma once
 

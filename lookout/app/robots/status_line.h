@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One line about one robot's connection.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The menus, shortcuts and tool bar of the main window.
 #include <QAction>
 #include <QApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How large the window may grow.
 #pragma once
 

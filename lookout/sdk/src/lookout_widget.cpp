@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "lookout/lookout_widget.h"
 
 LookoutWidget::LookoutWidget(QWidget* parent, Qt::WindowFlags flags) : QWidget(parent, flags) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "lookout/robot_broker.h"
 
 Ky::KyBrokerOptions Lookout::robotBrokerOptions(const std::string& brokerName,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "lookout/widget_interface.h"
 
 #include "lookout/robot_broker.h"

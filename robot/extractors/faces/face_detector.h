@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Finds faces that look at the camera.
 #pragma once
 

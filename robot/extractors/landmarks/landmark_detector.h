@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Finds landmarks and tells their numbers.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "robot/extractors/landmarks/tag_finder.h"
 
 #include <apriltag/apriltag.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "robot/extractors/pictures/features.h"
 
 #include <opencv2/features2d.hpp>

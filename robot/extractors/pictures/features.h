@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a picture is recognised by: the surroundings of its corners and blobs, whatever their size
 // and however they are turned.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Recognises the pictures of a folder.
 #pragma once
 

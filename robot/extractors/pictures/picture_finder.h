@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Finds a taught picture in what the camera sees.
 #pragma once
 

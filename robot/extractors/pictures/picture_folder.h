@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The folder of pictures that the robot was taught.
 #pragma once
 

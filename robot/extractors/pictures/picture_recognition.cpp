@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "robot/extractors/pictures/picture_recognition.h"
 
 namespace robot {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // KyLogoDetection and KyVisionRecognition: extractors that are taught by a folder of pictures.
 #pragma once
 

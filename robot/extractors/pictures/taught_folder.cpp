@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "robot/extractors/pictures/taught_folder.h"
 
 #include <opencv2/imgcodecs.hpp>

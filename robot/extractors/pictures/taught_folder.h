@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A folder in which the robot finds what it is taught.
 #pragma once
 

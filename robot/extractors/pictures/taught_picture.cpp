@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "robot/extractors/pictures/taught_picture.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A picture that the robot was taught.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The module "KyBallDetection": balls alone, and the tuning of whoever looks for balls.
 #pragma once
 

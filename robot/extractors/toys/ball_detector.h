@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Finds balls in the camera's pictures.
 #pragma once
 

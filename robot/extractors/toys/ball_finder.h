@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Finds balls by their colour and shape.
 #pragma once
 

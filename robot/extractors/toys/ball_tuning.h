@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a ball is to look like, and how it is searched: the ball finder's named parameters.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "robot/extractors/toys/color_mask.h"
 
 #include <algorithm>

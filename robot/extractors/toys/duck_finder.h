@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Finds yellow toy ducks with an orange beak.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Finds coloured toys: balls and ducks.
 #pragma once
 

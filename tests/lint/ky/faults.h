@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Faults in a header of ours; see faults.cpp.
 #pragma once
 

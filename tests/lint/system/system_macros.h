@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Stands for a header of somebody else: what is wrong in here is not reported, what its macros make
 // of our files is.
 #pragma once

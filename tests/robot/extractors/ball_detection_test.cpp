@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "robot/extractors/toys/ball_detection.h"
 
 #include <gtest/gtest.h>

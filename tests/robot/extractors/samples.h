@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Real photographs, which scripts/fetch-samples fetches.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What players find in a film.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is left of a film when the robot that records it ends.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Bytes that end right before memory that nobody may touch: a step too far ends the test program.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Image records of a robot that is broken or hostile: the model stays consistent, the log says what
 // happened.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A viewer's module on a robot of scripted modules, with a widget that only counts.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The conversions against the plain formula, on every instruction set that this machine has.
 #include "viewer/acquisition/yuv_conversion.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The plain formula, which the other tests of the conversion compare against.
 #include <gtest/gtest.h>
 

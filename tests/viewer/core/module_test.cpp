@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The viewer's module: how it is built, described and destroyed. What its other methods do is
 // tested with the folders in which they are defined.
 #include "viewer/core/module.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Switching extractors on and off: what reaches the robot, in which order, and what is watched.
 #include <gtest/gtest.h>
 

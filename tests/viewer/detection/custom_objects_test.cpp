@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Figures that any program has drawn: the watch, and the poll of the robot's memory.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Decodes values as the viewer does, without a robot.
 #pragma once
 

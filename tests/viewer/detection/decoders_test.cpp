@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What each extractor's result looks like over the picture.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A broken robot can write anything under a watched key.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One source's items are replaced by what its value says.
 #include <gtest/gtest.h>
 

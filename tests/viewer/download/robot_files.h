@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A robot's home with files in it, and the FTP server for it.
 #pragma once
 

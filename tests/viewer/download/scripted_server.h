@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Something that listens, is no FTP server, and says to everybody the same.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // An FTP server that sends a file and never says that this was all.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The plug-in as a host meets it: a file.
 #include <elf.h>
 #include <gtest/gtest.h>

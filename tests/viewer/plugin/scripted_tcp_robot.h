@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A robot of scripted modules that listens on loopback, as a real one does.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Photos and films: what reaches the robot, which service is asked, and what the log says.
 #include <gtest/gtest.h>
 

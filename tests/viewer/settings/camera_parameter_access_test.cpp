@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What reaches the camera, in which order, and what the model keeps of it.
 #include <gtest/gtest.h>
 

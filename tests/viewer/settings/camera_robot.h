@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A robot whose camera keeps its parameters, and the viewer's module on it.
 #pragma once
 

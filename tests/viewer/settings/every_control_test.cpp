@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Goes through every control of the panel as a user does, for each camera model, each combination
 // of the automatic modes, and robots that refuse: what reaches the robot, in order, and what
 // becomes of every other control.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A robot that answers nonsense: the panels show what they can and stay usable.
 #include <gtest/gtest.h>
 

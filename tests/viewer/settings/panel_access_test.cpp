@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Everybody can read and reach every control: at any size of text, with the keyboard alone, and
 // with assistive technology.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Finds and uses the controls of a panel as a user does.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "viewer/settings/uraballsettings_widget.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Switching the camera brings every control in line with it.
 #include <gtest/gtest.h>
 

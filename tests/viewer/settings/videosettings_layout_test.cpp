@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the panel offers for each model of the camera, and how it starts.
 #include <gtest/gtest.h>
 

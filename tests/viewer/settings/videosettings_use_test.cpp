@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the panel does when the user acts.
 #include <gtest/gtest.h>
 

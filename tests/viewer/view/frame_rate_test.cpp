@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "viewer/view/frame_rate.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // From the record button to the file on the desktop.
 #include <gtest/gtest.h>
 

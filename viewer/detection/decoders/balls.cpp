@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Balls: [_, _, alpha, beta, radius in pixels, ..]
 #include "viewer/detection/decoder.h"
 #include "viewer/detection/saturate.h"

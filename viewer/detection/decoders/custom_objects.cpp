@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Custom objects: [x, y, diameter, thickness, shape, red, green, blue, description]
 #include "viewer/detection/decoder.h"
 #include "viewer/detection/saturate.h"

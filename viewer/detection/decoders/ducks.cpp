@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Ducks: [head alpha, head beta, _, body alpha, body beta, body left, top, right, bottom]
 #include <array>
 

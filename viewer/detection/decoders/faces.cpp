@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Faces: [[_, alpha, beta, ..], ..]
 #include "viewer/detection/decoder.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Landmarks: [[_, alpha, beta, width, ..], [mark id, ..], ..]
 #include "viewer/detection/decoder.h"
 #include "viewer/detection/saturate.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Recognised pictures: [[label, ..], _, _, [[alpha, beta], ..], ..]
 #include <algorithm>
 

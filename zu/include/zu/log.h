@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The log of everything that runs: one line is a level, a category, the function that wrote it and
 // a text. Lines go to standard error and to every sink that listens.
 //

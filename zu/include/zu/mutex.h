@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A mutex whose use the compiler checks, and what goes with it.
 #pragma once
 

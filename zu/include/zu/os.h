@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What we ask of the operating system.
 #pragma once
 

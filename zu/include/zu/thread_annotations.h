@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Words by which a declaration tells clang which lock guards what, so that a member read without
 // its lock, or a lock taken in the wrong order, does not compile. For other compilers they say
 // nothing. See https://github.com/llvm/llvm-project, clang/docs/ThreadSafetyAnalysis.rst.

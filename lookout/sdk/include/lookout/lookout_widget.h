@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Base of the widgets that Lookout docks.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How a desktop reaches a robot: the same for the plug-ins and for the host.
 #pragma once
 

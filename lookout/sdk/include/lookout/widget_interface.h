@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a Lookout plug-in exports: an object that makes a widget for one robot.
 #pragma once
 
