@@ -26,7 +26,8 @@ class CameraThread : public QThread {
   CameraThread(boost::shared_ptr<Module> module, boost::shared_ptr<Model> model);
   ~CameraThread() override;
 
-  // Before start(): what to call on the camera thread once polling can be enabled.
+  // Before start(): what to call on the camera thread once polling can be enabled, which it may do
+  // itself.
   void onReady(std::function<void()> callback);
 
   // Starts or stops polling. A tick that is running goes on to its end. Nobody listens before the

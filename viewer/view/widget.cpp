@@ -115,13 +115,10 @@ QBoxLayout* Widget::xMakeRightColumn(const boost::shared_ptr<Module>& module) {
 
 void Widget::xStartCameraThread(const boost::shared_ptr<Module>& module) {
   fCameraThread = new CameraThread(module, module->model());
-  fCameraThread->onReady(
-      [this] { QMetaObject::invokeMethod(this, &Widget::xOnCameraReady, Qt::QueuedConnection); });
+  // Play may have been pressed before the thread could hear of it.
+  fCameraThread->onReady([this] {
+    if (fPlaying) fCameraThread->setEnableGetImage(true);
+  });
   fCameraThread->start(QThread::InheritPriority);
   connect(this, SIGNAL(disconnected(WidgetInterface*)), fCameraThread, SLOT(quit()));
-}
-
-// Play may have been pressed before the thread could hear of it.
-void Widget::xOnCameraReady() {
-  if (fPlaying) onVideoStart();
 }

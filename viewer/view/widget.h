@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <atomic>
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 
@@ -61,7 +62,6 @@ class Widget : public LookoutWidget, public GCInterface {
   // Asks where to put a file of the robot's and fetches it there.
   void xDownload(const QString& file);
   void xStartCameraThread(const boost::shared_ptr<Module>& module);
-  void xOnCameraReady();
 
   static const QString fPlayImg;
   static const QString fPauseImg;
@@ -80,5 +80,5 @@ class Widget : public LookoutWidget, public GCInterface {
   QString fRobotAddress;
   QString fIconPath;
   CameraThread* fCameraThread = nullptr;
-  bool fPlaying = false;
+  std::atomic<bool> fPlaying = false;  // changed before the camera thread is told
 };

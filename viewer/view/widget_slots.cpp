@@ -35,14 +35,14 @@ double Widget::shownFrameRate() const {
 
 void Widget::onVideoStart() {
   if (fModule.expired()) return;
-  fCameraThread->setEnableGetImage(true);
   fPlaying = true;
+  fCameraThread->setEnableGetImage(true);
 }
 
 void Widget::onVideoStop() {
   if (fCameraThread == nullptr) return;
-  fCameraThread->setEnableGetImage(false);
   fPlaying = false;
+  fCameraThread->setEnableGetImage(false);
 }
 
 void Widget::onTakePicture() {
