@@ -7,6 +7,8 @@ HERE=$PWD
 ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$ROOT" || exit
 JOBS=$(nproc)
+# Many tests wait for others more than they work.
+TEST_JOBS=$((JOBS + 1))
 
 # Qt complains where there is none, as in containers.
 if [[ -z ${XDG_RUNTIME_DIR:-} ]]; then
