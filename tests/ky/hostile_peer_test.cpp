@@ -104,6 +104,31 @@ TEST_F(HostilePeer, MalformedMessagesAreDroppedWithALine) {
   EXPECT_TRUE(robotAnswers());
 }
 
+TEST_F(HostilePeer, ACallThatCanNotBeReadIsAnsweredWithAnError) {
+  RawPeer peer(robot->address());
+  ASSERT_TRUE(peer.join());
+  const struct {
+    const char* what;
+    std::string text;
+    const char* error;
+  } kCalls[] = {
+      {"too few fields", packedArray({0x92, 3, 41}), "with 1 fields instead of 5"},
+      {"a field of another type", packedArray({0x96, 3, 41, 0xA1, 'm', 0xA1, 'f', 0xA1, 'x', 100}),
+       "field 4 of a message of kind 3 is no array"},
+      {"a map", packedArray({0x96, 3, 41, 0xA1, 'm', 0xA1, 'f', 0x91, 0x80, 100}), "a map"},
+      {"an end that is missing", packedArray({0x96, 3, 41, 0xA1, 'm', 0xA1}), "cut off"},
+  };
+  for (const auto& call : kCalls) {
+    peer.sendText(call.text);
+    const auto answer = peer.receive();
+    ASSERT_TRUE(answer) << call.what;
+    ASSERT_EQ(answer->kind, MessageKind::Error) << call.what;
+    EXPECT_EQ(answer->id(), 41) << call.what;
+    EXPECT_NE(answer->fields[3].asString().find(call.error), std::string::npos)
+        << answer->fields[3].asString();
+  }
+}
+
 TEST_F(HostilePeer, MutatedMessagesDisturbNobody) {
   std::mt19937 random(2);
   const std::string good =

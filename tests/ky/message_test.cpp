@@ -15,7 +15,7 @@ Message thereAndBack(const Message& message) {
 TEST(Message, ComesBackAsItWent) {
   const Message messages[] = {
       helloMessage("id", "name", {"A", "B"}),
-      welcomeMessage("robot"),
+      welcomeMessage("robot", true),
       callMessage(7, "Module", "method", {1, "two"}, std::chrono::milliseconds(3000)),
       resultMessage(7, KyValue::array({1})),
       errorMessage(7, KyError("Module", "method", "text")),

@@ -43,14 +43,15 @@ class KyInProcess {
   std::unique_ptr<Impl> fImpl;
 };
 
-// How patient a broker is. The defaults tell a loss within 2 s.
+// How patient a broker is. The defaults tell of silence within 2 s, and give nobody up before 15 s.
 struct KyPatience {
   std::chrono::milliseconds call{3000};      // a call without a deadline of its own
   std::chrono::milliseconds connect{2000};   // create() with a parent
   std::chrono::milliseconds heartbeat{400};  // how often a silent side says that it is alive
-  std::chrono::milliseconds silence{1600};   // a peer silent for this long is lost
-  std::chrono::milliseconds reconnectMin{1000};
-  std::chrono::milliseconds reconnectMax{8000};
+  std::chrono::milliseconds silence{1600};   // calls to a peer silent for this long fail at once
+  std::chrono::milliseconds keep{15000};     // what belongs to a silent peer is kept for this long
+  std::chrono::milliseconds reconnectMin{500};
+  std::chrono::milliseconds reconnectMax{2000};
 };
 
 // What a peer may send; more is refused before it is allocated.
@@ -84,8 +85,10 @@ struct KyBrokerOptions {
 enum class KyConnection {
   Connecting,  // never been connected yet
   Connected,
-  Lost,    // was connected; reconnects by itself
-  Closed,  // shutdown() was called
+  Silent,  // no sign of life: calls fail at once. Connected follows as if nothing had been, or Lost
+  Lost,    // given up by one side or restarted: what belonged to this broker is gone there; it
+           // connects again by itself, as a new peer
+  Closed,  // shutdown() or disconnect() was called
 };
 
 // Counted since create().
@@ -126,7 +129,8 @@ class KyBroker : public boost::enable_shared_from_this<KyBroker> {
 
   // Calls a module wherever it lives, waits for its answer and returns it. Throws the callee's
   // KyError, or one of the runtime's own: unknown module, unknown method, wrong arguments, value
-  // too large, no answer in time, peer lost.
+  // too large, no answer in time, peer silent or lost. A module that left a call unanswered is mute:
+  // further calls fail at once until it answers a ping, which the runtime sends by itself.
   KyValue call(const std::string& module, const std::string& method, KyValue::Array arguments,
                std::optional<std::chrono::milliseconds> deadline = std::nullopt);
 
@@ -136,13 +140,19 @@ class KyBroker : public boost::enable_shared_from_this<KyBroker> {
   // Waits for a running call of the module, then releases it. Unknown names are ignored.
   void unregisterModule(const std::string& name);
 
-  // Of the connection to the parent; a main broker is always Connected until closed.
+  // Of the connection to the parent; a main broker is always Connected until closed. Only time that
+  // this side could listen counts as silence.
   KyConnection connection() const;
   // `callback` runs on the broker's io thread at every change: it must return at once and not call
   // the broker. The text says why ("no sign of life for 1.6 s", ...).
   std::unique_ptr<KyConnectionListener> onConnection(
       std::function<void(KyConnection, const std::string& why)> callback);
   KyStatistics statistics() const;
+
+  // Ends the connection for good: from here on nothing that its modules do reaches anybody, their
+  // goodbyes included; calls in flight fail. They live on until shutdown(). Returns at once;
+  // idempotent.
+  void disconnect();
 
   // Stops and releases all modules, still connected, so that their destructors can say goodbye;
   // then says goodbye to the peers and ends the threads. Calls in flight fail. Idempotent. Not to

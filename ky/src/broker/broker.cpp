@@ -83,6 +83,10 @@ KyStatistics KyBroker::statistics() const {
   return fCore->statistics();
 }
 
+void KyBroker::disconnect() {
+  fCore->disconnect();
+}
+
 void KyBroker::shutdown() {
   fCore->localModules().removeAll();
   fCore->close();

@@ -102,6 +102,11 @@ Parts BrokerCore::encodeAnswer(std::int64_t id, Outcome outcome) const {
   }
 }
 
+void BrokerCore::disconnect() {
+  setClosed();
+  fLoop.post([this] { closeSockets(); });
+}
+
 void BrokerCore::close() {
   const zu::MutexLock guard(fCloseMutex);
   if (fClosed) return;

@@ -55,6 +55,8 @@ class BrokerCore : protected IoLoop::Client {
   virtual std::unique_ptr<KyConnectionListener> onConnection(
       std::function<void(KyConnection, const std::string&)> callback) = 0;
 
+  // From here on nobody is reached. Returns at once; the sockets are closed soon.
+  void disconnect();
   // Says goodbye and ends the thread; the modules are gone already. Idempotent.
   void close();
 
@@ -64,7 +66,9 @@ class BrokerCore : protected IoLoop::Client {
   // Waits for the answer of a call that goes out.
   virtual KyValue callElsewhere(const std::string& module, const std::string& method,
                                 KyValue::Array arguments, std::chrono::milliseconds deadline) = 0;
-  // On the io thread: the last word to the other side, then closes the sockets.
+  // Calls fail from now on.
+  virtual void setClosed() = 0;
+  // On the io thread: the last word to the other side, then closes the sockets. Idempotent.
   virtual void closeSockets() = 0;
 
   void startLoop() { fLoop.start(*this); }

@@ -8,8 +8,7 @@ namespace Ky {
 void Directory::add(const std::string& module, const std::string& route) {
   const zu::MutexLock guard(fMutex);
   auto& holders = fHolders[module];
-  std::erase(holders, route);
-  holders.push_back(route);
+  if (std::find(holders.begin(), holders.end(), route) == holders.end()) holders.push_back(route);
 }
 
 void Directory::remove(const std::string& module, const std::string& route) {
@@ -23,6 +22,13 @@ void Directory::remove(const std::string& module, const std::string& route) {
 void Directory::removeAll(const std::string& route) {
   const zu::MutexLock guard(fMutex);
   for (auto& [module, holders] : fHolders) std::erase(holders, route);
+  std::erase_if(fHolders, [](const auto& entry) { return entry.second.empty(); });
+}
+
+void Directory::keepOnly(const std::set<std::string>& modules, const std::string& route) {
+  const zu::MutexLock guard(fMutex);
+  for (auto& [module, holders] : fHolders)
+    if (!modules.contains(module)) std::erase(holders, route);
   std::erase_if(fHolders, [](const auto& entry) { return entry.second.empty(); });
 }
 

@@ -4,6 +4,7 @@
 
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,8 @@ class Directory {
   void add(const std::string& module, const std::string& route);
   void remove(const std::string& module, const std::string& route);
   void removeAll(const std::string& route);
+  // What this peer holds besides `modules` is gone.
+  void keepOnly(const std::set<std::string>& modules, const std::string& route);
   // The same peer on another connection.
   void rename(const std::string& route, const std::string& newRoute);
   std::optional<std::string> holder(const std::string& module) const;

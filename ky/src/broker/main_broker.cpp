@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "broker/main_broker.h"
 
+#include <set>
+#include <utility>
+
 #include "zu/log.h"
 
 namespace Ky {
@@ -84,10 +87,10 @@ KyValue MainBroker::callElsewhere(const std::string& module, const std::string& 
   const SteadyTime end = std::chrono::steady_clock::now() + deadline;
   const auto pending = fPending.add(id, *callee);
   if (!post([this, route = *callee, parts = std::move(parts)] {
-        if (fPeers.contains(route))
+        if (isReachable(route))
           sendTo(route, parts);
         else
-          fPending.failAll(route, "the peer is gone");
+          fPending.failAll(route, "the peer is silent or gone");
       }))
     fPending.failAll(*callee, "the broker is closed");
   auto outcome = pending->wait(end);
@@ -110,6 +113,7 @@ std::vector<zmq::pollitem_t> MainBroker::waitFor() {
 
 void MainBroker::work() {
   if (!fSocket) return;
+  fClock.tick();
   if (fAuthenticator) fAuthenticator->work();
   // A bounded number at a time, so that what is posted gets its turn under load.
   for (int i = 0; i < 64; ++i) {
@@ -117,12 +121,12 @@ void MainBroker::work() {
     if (!received) break;
     handle(std::move(*received));
   }
-  dropSilentPeers();
+  watchPeers();
   dropExpiredForwards();
 }
 
 void MainBroker::closeSockets() {
-  fClosing = true;
+  setClosed();
   for (const auto& [route, peer] : fPeers)
     send(fSocket, route, encode(byeMessage("the robot stops"), fOptions.limits));
   for (const auto& [route, peer] : fPeers) fPending.failAll(route, "the broker is closed");
@@ -135,8 +139,10 @@ void MainBroker::handle(Received received) {
   try {
     handle(received.route, decode(received.text.data<char>(), received.text.size(),
                                   received.attachments, fOptions.limits));
-  } catch (const KyError& error) {
+  } catch (const UnreadableMessage& error) {
     reportDropped(error.what());
+    if (error.call && fPeers.contains(received.route))
+      sendTo(received.route, unreadableAnswer(error));
   }
 }
 
@@ -147,7 +153,8 @@ void MainBroker::handle(const std::string& route, Message message) {
     if (message.kind != MessageKind::Bye) sendTo(route, byeMessage("say hello first"));
     return;
   }
-  peer->second.lastHeard = std::chrono::steady_clock::now();
+  peer->second.lastHeard = fClock.now();
+  peer->second.isSilent = false;
   switch (message.kind) {
     case MessageKind::Call:
       return handleCall(route, std::move(message));
@@ -169,23 +176,29 @@ void MainBroker::welcome(const std::string& route, const Message& hello) {
                                     std::to_string(kProtocolVersion) + " of the protocol"));
   const std::string& id = hello.fields[1].asString();
   const std::string& name = hello.fields[2].asString();
+  bool isKnown = fPeers.contains(route);
   for (auto known = fPeers.begin(); known != fPeers.end(); ++known) {
     if (known->second.peer.id != id || known->first == route) continue;
     // The same peer over a new connection: it keeps its modules and subscriptions.
-    fDirectory.rename(known->first, route);
-    fPending.failAll(known->first, "the connection to the peer was interrupted");
+    isKnown = true;
+    const std::string before = known->first;
     fPeers.erase(known);
+    breakCalls(before, "the connection to the peer was interrupted");
+    fDirectory.rename(before, route);
     break;
   }
-  fPeers[route] = {{id, name}, std::chrono::steady_clock::now()};
+  fPeers[route] = {{id, name}, fClock.now()};
+  std::set<std::string> modules;
   for (const KyValue& module : hello.fields[3].asArray()) {
     try {
       registerFor(route, module.asString());
+      modules.insert(module.asString());
     } catch (const KyError& error) {
       zu::log::warning("ky", "welcome") << error.toString();
     }
   }
-  sendTo(route, welcomeMessage(fOptions.name));
+  fDirectory.keepOnly(modules, route);
+  sendTo(route, welcomeMessage(fOptions.name, isKnown));
 }
 
 void MainBroker::registerFor(const std::string& route, const std::string& module) {
@@ -235,6 +248,10 @@ Outcome MainBroker::answerOwnCall(const std::string& route, const Message& call)
 }
 
 void MainBroker::forward(const std::string& route, const std::string& callee, Message call) {
+  if (!isReachable(callee))
+    return sendTo(
+        route, errorMessage(call.id(), KyError(call.fields[1].asString(), call.fields[2].asString(),
+                                               "the peer that has it is silent")));
   const std::int64_t id = nextId();
   fForwards[id] = {route, call.id(), callee, deadlineOf(call)};
   call.fields[0] = id;
@@ -269,10 +286,23 @@ void MainBroker::sendTo(const std::string& route, const Parts& parts) {
     case Sent::Yes:
       return;
     case Sent::PeerGone:
-      return peerGone(route, "its connection was closed");
+      return peerSilent(route, "its connection was closed");
     case Sent::QueueFull:
       zu::log::warning("ky", "send") << "dropped a message to a peer that does not read";
   }
+}
+
+bool MainBroker::isReachable(const std::string& route) const {
+  const auto found = fPeers.find(route);
+  return found != fPeers.end() && !found->second.isSilent;
+}
+
+void MainBroker::peerSilent(const std::string& route, const std::string& why) {
+  const auto found = fPeers.find(route);
+  if (found == fPeers.end() || std::exchange(found->second.isSilent, true)) return;
+  const std::string name = found->second.peer.name;
+  zu::log::info("ky", "peerSilent") << name << " is silent: " << why;
+  breakCalls(route, "the peer " + name + " is silent: " + why);
 }
 
 void MainBroker::peerGone(const std::string& route, const std::string& why) {
@@ -282,7 +312,13 @@ void MainBroker::peerGone(const std::string& route, const std::string& why) {
   fPeers.erase(found);
   zu::log::info("ky", "peerGone") << peer.name << " left: " << why;
   fDirectory.removeAll(route);
-  fPending.failAll(route, "the peer " + peer.name + " is gone: " + why);
+  breakCalls(route, "the peer " + peer.name + " is gone: " + why);
+  fLocal.peerLeft(peer);
+}
+
+// Calls to the peer end with an error; the answers to its own have nowhere to go.
+void MainBroker::breakCalls(const std::string& route, const std::string& why) {
+  fPending.failAll(route, why);
   std::vector<Forward> broken;
   std::erase_if(fForwards, [&](const auto& entry) {
     const bool isBroken = entry.second.callee == route;
@@ -290,17 +326,20 @@ void MainBroker::peerGone(const std::string& route, const std::string& why) {
     return isBroken || entry.second.origin == route;
   });
   for (const Forward& forward : broken)
-    sendTo(forward.origin,
-           errorMessage(forward.id, KyError("the peer " + peer.name + " is gone: " + why)));
-  fLocal.peerLeft(peer);
+    sendTo(forward.origin, errorMessage(forward.id, KyError(why)));
 }
 
-void MainBroker::dropSilentPeers() {
-  const auto now = std::chrono::steady_clock::now();
-  std::vector<std::string> silent;
-  for (const auto& [route, peer] : fPeers)
-    if (now - peer.lastHeard > fOptions.patience.silence) silent.push_back(route);
-  for (const std::string& route : silent) peerGone(route, "no sign of life");
+void MainBroker::watchPeers() {
+  std::vector<std::string> silent, gone;
+  for (const auto& [route, peer] : fPeers) {
+    const AwakeClock::Time silence = fClock.now() - peer.lastHeard;
+    if (silence > fOptions.patience.keep)
+      gone.push_back(route);
+    else if (silence > fOptions.patience.silence && !peer.isSilent)
+      silent.push_back(route);
+  }
+  for (const std::string& route : silent) peerSilent(route, "no sign of life");
+  for (const std::string& route : gone) peerGone(route, "no sign of life");
 }
 
 void MainBroker::dropExpiredForwards() {

@@ -7,13 +7,15 @@
 #include <optional>
 #include <string>
 
+#include "broker/awake_clock.h"
 #include "broker/broker_core.h"
 #include "broker/directory.h"
 #include "transport/authenticator.h"
 
 namespace Ky {
 
-// Answers its peers' calls, passes calls on between them, and notices when one falls silent.
+// Answers its peers' calls, passes calls on between them, and notices when one falls silent: what
+// belongs to it is kept until it has come back, over whatever connection, or been given up.
 class MainBroker : public BrokerCore {
  public:
   // Listens. Throws KyError when it can't.
@@ -33,6 +35,7 @@ class MainBroker : public BrokerCore {
  protected:
   KyValue callElsewhere(const std::string& module, const std::string& method,
                         KyValue::Array arguments, std::chrono::milliseconds deadline) override;
+  void setClosed() override { fClosing = true; }
   void closeSockets() override;
   std::vector<zmq::pollitem_t> waitFor() override;
   void work() override;
@@ -41,7 +44,8 @@ class MainBroker : public BrokerCore {
  private:
   struct Peer {
     KyPeer peer;
-    SteadyTime lastHeard;
+    AwakeClock::Time lastHeard{0};
+    bool isSilent = false;  // calls to it fail; it is kept
   };
   // A call of one peer to another's module.
   struct Forward {
@@ -66,13 +70,17 @@ class MainBroker : public BrokerCore {
   void handleAnswer(const std::string& route, Message answer);
   void sendTo(const std::string& route, const Parts& parts);
   void sendTo(const std::string& route, Message message);
+  void peerSilent(const std::string& route, const std::string& why);
   void peerGone(const std::string& route, const std::string& why);
-  void dropSilentPeers();
+  void breakCalls(const std::string& route, const std::string& why);
+  bool isReachable(const std::string& route) const;
+  void watchPeers();
   void dropExpiredForwards();
 
   Directory fDirectory;
   KyAddress fAddress;
   std::atomic<bool> fClosing{false};
+  AwakeClock fClock;                            // io thread
   std::map<std::string, Peer> fPeers;           // by route; io thread
   std::map<std::int64_t, Forward> fForwards;    // by our id; io thread
   std::optional<Authenticator> fAuthenticator;  // io thread, once it runs

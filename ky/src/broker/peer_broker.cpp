@@ -15,6 +15,9 @@ const std::string kParent;
 // A bounded number in a row, so that everything else gets its turn under load.
 constexpr int kMessagesAtOnce = 64;
 
+// As long as a callee will wait; whatever comes of it, the module is not stuck then.
+constexpr std::chrono::minutes kProbeDeadline{10};
+
 std::string randomId() {
   static constexpr char kHex[] = "0123456789abcdef";
   std::random_device random;
@@ -22,6 +25,10 @@ std::string randomId() {
   for (int word = 0; word < 4; ++word)
     for (auto bits = random(), digit = 0u; digit < 8; ++digit, bits >>= 4) id += kHex[bits & 0xF];
   return id;
+}
+
+std::string inSeconds(std::chrono::milliseconds time) {
+  return KyValue(std::chrono::duration<double>(time).count()).toString() + " s";
 }
 
 }  // namespace
@@ -99,10 +106,12 @@ KyValue PeerBroker::callElsewhere(const std::string& module, const std::string& 
   if (connection != KyConnection::Connected)
     throw KyError(module, method,
                   "no connection to the robot at " + parentName() + ": " + fState.why());
+  requireNotMute(module, method);
   const std::int64_t id = nextId();
   Parts parts =
       encode(callMessage(id, module, method, std::move(arguments), deadline), fOptions.limits);
-  const SteadyTime end = std::chrono::steady_clock::now() + deadline;
+  const SteadyTime start = std::chrono::steady_clock::now();
+  const SteadyTime end = start + deadline;
   const auto pending = fPending.add(id, kParent);
   if (!post([this, parts = std::move(parts)] {
         if (!fConnected)
@@ -113,11 +122,39 @@ KyValue PeerBroker::callElsewhere(const std::string& module, const std::string& 
     fPending.failAll(kParent, "the broker is closed");
   auto outcome = pending->wait(end);
   fPending.forget(id);
-  if (!outcome)
+  if (!outcome) {
+    // Who was given less time than usual may just not have been fast enough.
+    if (deadline >= fOptions.patience.call) noteMute(module, start);
     throw KyError(module, method, "no answer within " + std::to_string(deadline.count()) + " ms");
+  }
   // Errors of the connection name no place of their own.
   if (outcome->failed && outcome->module.empty()) throw KyError(module, method, outcome->text);
   return outcome->take();
+}
+
+void PeerBroker::requireNotMute(const std::string& module, const std::string& method) const {
+  const auto since = fMute.since(module);
+  if (!since) return;
+  const auto silence = std::chrono::steady_clock::now() - *since;
+  throw KyError(
+      module, method,
+      "the module has not answered for " +
+          std::to_string(std::chrono::duration_cast<std::chrono::seconds>(silence).count()) +
+          " s; it is called again when it does");
+}
+
+// Every module answers "ping". That waits its turn behind the call that is stuck, and so comes back
+// when the module is free again.
+void PeerBroker::noteMute(const std::string& module, SteadyTime since) {
+  if (module == kBrokerModule || !fMute.add(module, since)) return;
+  zu::log::warning("ky", "call") << module << " does not answer";
+  post([this, module] {
+    if (!fConnected) return fMute.remove(module);
+    const std::int64_t id = nextId();
+    fProbes[id] = module;
+    send(fSocket, kParent,
+         encode(callMessage(id, module, "ping", {}, kProbeDeadline), fOptions.limits));
+  });
 }
 
 void PeerBroker::sendAnswer(const std::string& route, Parts parts) {
@@ -127,6 +164,7 @@ void PeerBroker::sendAnswer(const std::string& route, Parts parts) {
 }
 
 void PeerBroker::openSocket() {
+  fReopenAt.reset();
   fMonitor.reset();
   if (fSocket) {
     fSocket.set(zmq::sockopt::linger, 0);
@@ -178,6 +216,8 @@ std::vector<zmq::pollitem_t> PeerBroker::waitFor() {
 
 void PeerBroker::work() {
   if (!fSocket) return;
+  fClock.tick();
+  if (fReopenAt && std::chrono::steady_clock::now() >= *fReopenAt) openSocket();
   // Asked before reading: what the robot said before it hung up counts.
   const auto event = fMonitor ? fMonitor->next() : std::nullopt;
   for (int i = 0; i < kMessagesAtOnce; ++i) {
@@ -200,11 +240,15 @@ void PeerBroker::sayHello() {
 void PeerBroker::handleEvent(ConnectionMonitor::Event event) {
   using Event = ConnectionMonitor::Event;
   if (fConnected) {
-    if (event == Event::Closed) lose(describe(event));
+    if (event == Event::Closed) fallSilent(describe(event));
     return;
   }
   // The connection on which hello was said may be gone: say it again on the next.
   fLastHello = {};
+  // ZeroMQ tries again by itself only while nobody listens; after a handshake that failed it is
+  // done with this socket.
+  if (event != Event::NobodyListens)
+    fReopenAt = std::chrono::steady_clock::now() + fOptions.patience.reconnectMin;
   // Whoever hangs up before the welcome is as good as one who fails the handshake.
   fState.setProblem(describe(event == Event::Closed ? Event::HandshakeFailed : event), true);
 }
@@ -213,13 +257,15 @@ void PeerBroker::handle(Received received) {
   try {
     handle(decode(received.text.data<char>(), received.text.size(), received.attachments,
                   fOptions.limits));
-  } catch (const KyError& error) {
+  } catch (const UnreadableMessage& error) {
     reportDropped(error.what());
+    if (error.call && fConnected)
+      send(fSocket, kParent, encode(unreadableAnswer(error), fOptions.limits));
   }
 }
 
 void PeerBroker::handle(Message message) {
-  fLastHeard = std::chrono::steady_clock::now();
+  fLastHeard = fClock.now();
   switch (message.kind) {
     case MessageKind::Welcome:
       return handleWelcome(message);
@@ -230,14 +276,11 @@ void PeerBroker::handle(Message message) {
       return handleAnswer(std::move(message));
     case MessageKind::Pong:
       if (message.id() == fPingToken)
-        setRoundTrip(std::chrono::duration_cast<std::chrono::microseconds>(fLastHeard - fLastPing));
+        setRoundTrip(std::chrono::duration_cast<std::chrono::microseconds>(
+            std::chrono::steady_clock::now() - fLastPing));
       return;
     case MessageKind::Bye:
-      if (fConnected)
-        lose("it said: " + message.fields[0].asString());
-      else
-        fState.setProblem("it said: " + message.fields[0].asString(), true);
-      return;
+      return handleBye("it said: " + message.fields[0].asString());
     default:
       return;  // nothing that a parent says
   }
@@ -245,9 +288,23 @@ void PeerBroker::handle(Message message) {
 
 void PeerBroker::handleWelcome(const Message& welcome) {
   if (welcome.fields[0].asInt64() != kProtocolVersion) return;
+  const bool isKnown = welcome.fields[2].asBool();
+  if (fState.get() == KyConnection::Silent && !isKnown) {
+    // The socket stays: it is the one over which the welcome came.
+    zu::log::warning("ky", "lose") << "lost the robot at " << parentName() << ": it was restarted";
+    fState.set(KyConnection::Lost, "it was restarted");
+  }
   fConnected = true;
-  fLastPing = fLastHeard;
+  fLastPing = std::chrono::steady_clock::now();
   fState.set(KyConnection::Connected, "");
+}
+
+void PeerBroker::handleBye(const std::string& why) {
+  const KyConnection connection = fState.get();
+  if (connection == KyConnection::Connected || connection == KyConnection::Silent)
+    lose(why);
+  else
+    fState.setProblem(why, true);
 }
 
 void PeerBroker::handleCall(Message call) {
@@ -259,6 +316,12 @@ void PeerBroker::handleCall(Message call) {
 }
 
 void PeerBroker::handleAnswer(Message answer) {
+  if (const auto probe = fProbes.find(answer.id()); probe != fProbes.end()) {
+    zu::log::info("ky", "call") << probe->second << " answers again";
+    fMute.remove(probe->second);
+    fProbes.erase(probe);
+    return;
+  }
   if (answer.kind == MessageKind::Error) {
     const KyError error = errorOf(answer);
     fPending.settle(answer.id(), kParent,
@@ -269,21 +332,39 @@ void PeerBroker::handleAnswer(Message answer) {
 }
 
 void PeerBroker::keepAlive() {
-  if (!fConnected) return;
-  const auto now = std::chrono::steady_clock::now();
-  if (now - fLastHeard > fOptions.patience.silence) {
-    const double seconds = std::chrono::duration<double>(fOptions.patience.silence).count();
-    return lose("no sign of life for " + KyValue(seconds).toString() + " s");
+  const AwakeClock::Time silence = fClock.now() - fLastHeard;
+  if (!fConnected) {
+    if (fState.get() == KyConnection::Silent && silence > fOptions.patience.keep)
+      lose("no sign of life for " + inSeconds(fOptions.patience.keep));
+    return;
   }
+  if (silence > fOptions.patience.silence)
+    return fallSilent("no sign of life for " + inSeconds(fOptions.patience.silence));
+  const auto now = std::chrono::steady_clock::now();
   if (now - fLastPing < fOptions.patience.heartbeat) return;
   fLastPing = now;
   send(fSocket, kParent, encode(pingMessage(++fPingToken), fOptions.limits));
 }
 
+void PeerBroker::fallSilent(const std::string& why) {
+  fConnected = false;
+  zu::log::warning("ky", "silent") << "the robot at " << parentName() << " is silent: " << why;
+  startOver();
+  fState.set(KyConnection::Silent, why);
+  fPending.failAll(kParent, "the robot at " + parentName() + " is silent: " + why);
+}
+
+void PeerBroker::startOver() {
+  fProbes.clear();
+  fMute.clear();
+  openSocket();
+}
+
 void PeerBroker::lose(const std::string& why) {
   fConnected = false;
   zu::log::warning("ky", "lose") << "lost the robot at " << parentName() << ": " << why;
-  openSocket();
+  fId = randomId();
+  startOver();
   fState.set(KyConnection::Lost, why);
   fPending.failAll(kParent, "lost the robot at " + parentName() + ": " + why);
 }
@@ -291,7 +372,7 @@ void PeerBroker::lose(const std::string& why) {
 void PeerBroker::closeSockets() {
   if (fConnected) send(fSocket, kParent, encode(byeMessage("bye"), fOptions.limits));
   fConnected = false;
-  fState.set(KyConnection::Closed, "closed");
+  setClosed();
   fPending.failAll(kParent, "the broker is closed");
   fMonitor.reset();
   fSocket.close();

@@ -3,18 +3,22 @@
 #pragma once
 
 #include <atomic>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "broker/awake_clock.h"
 #include "broker/broker_core.h"
 #include "broker/connection_state.h"
+#include "broker/mute_modules.h"
 #include "transport/connection_monitor.h"
 
 namespace Ky {
 
-// Keeps the connection: says hello, listens for signs of life, and starts anew with a fresh socket
-// when the parent is lost, so that nothing of before reaches the parent afterwards.
+// Keeps the connection: says hello, listens for signs of life, and goes on with a fresh socket when
+// the parent falls silent, so that nothing of before reaches the parent afterwards. Who comes back
+// in time, and still knows this peer's id, has only been silent; who does not is lost.
 class PeerBroker : public BrokerCore {
  public:
   explicit PeerBroker(KyBrokerOptions options);
@@ -34,6 +38,7 @@ class PeerBroker : public BrokerCore {
  protected:
   KyValue callElsewhere(const std::string& module, const std::string& method,
                         KyValue::Array arguments, std::chrono::milliseconds deadline) override;
+  void setClosed() override { fState.set(KyConnection::Closed, "closed"); }
   void closeSockets() override;
   std::vector<zmq::pollitem_t> waitFor() override;
   void work() override;
@@ -41,6 +46,8 @@ class PeerBroker : public BrokerCore {
 
  private:
   std::string parentName() const;
+  void requireNotMute(const std::string& module, const std::string& method) const;
+  void noteMute(const std::string& module, SteadyTime since);
   void loadKeys();
 
   // All on the io thread.
@@ -53,15 +60,23 @@ class PeerBroker : public BrokerCore {
   void handleCall(Message call);
   void handleAnswer(Message answer);
   void handleWelcome(const Message& welcome);
+  void handleBye(const std::string& why);
   void keepAlive();
+  void fallSilent(const std::string& why);
   void lose(const std::string& why);
+  void startOver();
 
-  const std::string fId;  // for as long as this broker lives
-  KyKeyPair fOwnKeys;     // empty without keys
+  std::string fId;     // until the parent is lost
+  KyKeyPair fOwnKeys;  // empty without keys
   std::string fParentKey;
   ConnectionState fState;
+  MuteModules fMute;
+  std::map<std::int64_t, std::string>
+      fProbes;              // asked whether they answer again, by call; io thread
   bool fConnected = false;  // io thread's own view
-  SteadyTime fLastHeard;
+  AwakeClock fClock;
+  AwakeClock::Time fLastHeard{0};
+  std::optional<SteadyTime> fReopenAt;  // when to try a new socket
   SteadyTime fLastPing;
   SteadyTime fLastHello;
   std::int64_t fPingToken = 0;

@@ -12,7 +12,7 @@ const std::vector<KyType>& fieldTypes(MessageKind kind) {
   using enum KyType;
   static const std::array<std::vector<KyType>, 8> kTypes = {{
       {Int, String, String, Array},
-      {Int, String},
+      {Int, String, Bool},
       {Int, String, String, Array, Int},
       {Int, Nothing},
       {Int, String, String, String},
@@ -23,6 +23,30 @@ const std::vector<KyType>& fieldTypes(MessageKind kind) {
   return kTypes[static_cast<std::size_t>(kind) - 1];
 }
 
+// `elements`: the kind and its fields.
+Message toMessage(const KyValue::Array& elements) {
+  const std::int64_t kind = elements.empty() ? 0 : elements[0].asInt64();
+  if (kind < 1 || kind > 8) throw KyError("unknown kind of message " + std::to_string(kind));
+  Message message{static_cast<MessageKind>(kind), {elements.begin() + 1, elements.end()}};
+  const auto& types = fieldTypes(message.kind);
+  if (message.fields.size() != types.size())
+    throw KyError("a message of kind " + std::to_string(kind) + " with " +
+                  std::to_string(message.fields.size()) + " fields instead of " +
+                  std::to_string(types.size()));
+  for (std::size_t i = 0; i < types.size(); ++i)
+    if (types[i] != KyType::Nothing && message.fields[i].type() != types[i])
+      throw KyError("field " + std::to_string(i + 1) + " of a message of kind " +
+                    std::to_string(kind) + " is no " + typeName(types[i]));
+  return message;
+}
+
+std::optional<std::int64_t> idOfCall(const KyValue::Array& elements) {
+  constexpr KyType kInt = KyType::Int;
+  if (elements.size() < 2 || elements[0].type() != kInt || elements[1].type() != kInt) return {};
+  if (elements[0].asInt64() != static_cast<int>(MessageKind::Call)) return {};
+  return elements[1].asInt64();
+}
+
 }  // namespace
 
 Message helloMessage(const std::string& peer, const std::string& name,
@@ -31,8 +55,8 @@ Message helloMessage(const std::string& peer, const std::string& name,
   return {MessageKind::Hello, {kProtocolVersion, peer, name, std::move(names)}};
 }
 
-Message welcomeMessage(const std::string& name) {
-  return {MessageKind::Welcome, {kProtocolVersion, name}};
+Message welcomeMessage(const std::string& name, bool isKnown) {
+  return {MessageKind::Welcome, {kProtocolVersion, name, isKnown}};
 }
 
 Message callMessage(std::int64_t id, const std::string& module, const std::string& method,
@@ -60,6 +84,11 @@ Message byeMessage(const std::string& why) {
   return {MessageKind::Bye, {why}};
 }
 
+Message unreadableAnswer(const UnreadableMessage& error) {
+  return errorMessage(error.call.value_or(0),
+                      KyError(std::string("the call can't be read: ") + error.what()));
+}
+
 KyError errorOf(const Message& message) {
   return {message.fields[1].asString(), message.fields[2].asString(), message.fields[3].asString()};
 }
@@ -71,21 +100,14 @@ Parts encode(Message message, const KyLimits& limits) {
 
 Message decode(const char* text, std::size_t size, const std::vector<KyBinary>& attachments,
                const KyLimits& limits) {
-  KyValue value = unpack(text, size, attachments, limits);
-  const std::int64_t kind = value[0].asInt64();
-  if (kind < 1 || kind > 8) throw KyError("unknown kind of message " + std::to_string(kind));
-  KyValue::Array fields(value.asArray().begin() + 1, value.asArray().end());
-  Message message{static_cast<MessageKind>(kind), std::move(fields)};
-  const auto& types = fieldTypes(message.kind);
-  if (message.fields.size() != types.size())
-    throw KyError("a message of kind " + std::to_string(kind) + " with " +
-                  std::to_string(message.fields.size()) + " fields instead of " +
-                  std::to_string(types.size()));
-  for (std::size_t i = 0; i < types.size(); ++i)
-    if (types[i] != KyType::Nothing && message.fields[i].type() != types[i])
-      throw KyError("field " + std::to_string(i + 1) + " of a message of kind " +
-                    std::to_string(kind) + " is no " + typeName(types[i]));
-  return message;
+  KyValue value;
+  KyValue::Array begun;
+  try {
+    value = unpack(text, size, attachments, limits, &begun);
+    return toMessage(value.asArray());
+  } catch (const KyError& error) {
+    throw UnreadableMessage(error.what(), idOfCall(value.isArray() ? value.asArray() : begun));
+  }
 }
 
 }  // namespace Ky

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <string>
 
+#include "ky/error.h"
 #include "ky/value.h"
 #include "wire/packing.h"
 
@@ -17,7 +19,7 @@ constexpr const char* kBrokerModule = "KyBroker";
 
 enum class MessageKind {
   Hello = 1,    // version, peer id, broker name, [module names]
-  Welcome = 2,  // version, broker name
+  Welcome = 2,  // version, broker name, whether what belonged to this peer id is still there
   Call = 3,     // id, module, method, [arguments], milliseconds until the caller gives up
   Result = 4,   // id, value
   Error = 5,    // id, module, method, text
@@ -34,9 +36,18 @@ struct Message {
   std::int64_t id() const { return fields[0].asInt64(); }
 };
 
+// A message beyond the limits, or that is none.
+struct UnreadableMessage : KyError {
+  UnreadableMessage(const std::string& text, std::optional<std::int64_t> id)
+      : KyError(text), call(id) {}
+
+  // Of the call that it was to be, so that its caller need not wait: where that much can be read.
+  std::optional<std::int64_t> call;
+};
+
 Message helloMessage(const std::string& peer, const std::string& name,
                      const std::vector<std::string>& modules);
-Message welcomeMessage(const std::string& name);
+Message welcomeMessage(const std::string& name, bool isKnown);
 Message callMessage(std::int64_t id, const std::string& module, const std::string& method,
                     KyValue::Array arguments, std::chrono::milliseconds deadline);
 Message resultMessage(std::int64_t id, KyValue value);
@@ -45,11 +56,16 @@ Message pingMessage(std::int64_t token);
 Message pongMessage(std::int64_t token);
 Message byeMessage(const std::string& why);
 
+// The answer to a call that can't be read.
+Message unreadableAnswer(const UnreadableMessage& error);
+
 // The error that an Error message carries.
 KyError errorOf(const Message& message);
 
-// Both throw KyError: a message beyond the limits, a message that is none.
+// Throws KyError for a message beyond the limits.
 Parts encode(Message message, const KyLimits& limits);
+
+// Throws UnreadableMessage.
 Message decode(const char* text, std::size_t size, const std::vector<KyBinary>& attachments,
                const KyLimits& limits);
 

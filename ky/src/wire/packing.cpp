@@ -121,6 +121,9 @@ class Reader {
   Reader(const std::vector<KyBinary>& attachments, const KyLimits& limits)
       : fAttachments(attachments), fLimits(limits) {}
 
+  // What of the outermost array has come; nothing of what it holds half.
+  KyValue::Array begun() const { return fOpen.empty() ? KyValue::Array() : fOpen.front(); }
+
   KyValue take() {
     if (!fProblem.empty()) throw KyError("malformed value: " + fProblem);
     if (!fRoot) throw KyError("malformed value: it is cut off");
@@ -208,11 +211,12 @@ Parts pack(const KyValue& value, const KyLimits& limits) {
 }
 
 KyValue unpack(const char* text, std::size_t size, const std::vector<KyBinary>& attachments,
-               const KyLimits& limits) {
+               const KyLimits& limits, KyValue::Array* begun) {
   if (size > limits.packedBytes) throw KyError("malformed value: too many packed bytes");
   Reader reader(attachments, limits);
   std::size_t offset = 0;
   msgpack::parse(text, size, offset, reader);
+  if (begun != nullptr) *begun = reader.begun();
   KyValue value = reader.take();
   if (offset != size) throw KyError("malformed value: bytes behind its end");
   return value;

@@ -29,8 +29,9 @@ constexpr int kAttachmentType = 1;
 Parts pack(const KyValue& value, const KyLimits& limits);
 
 // The one value in `size` bytes of packed text. Throws KyError when the text is malformed, holds
-// what a KyValue can't be, or is beyond the limits; allocates nothing before it is checked.
+// what a KyValue can't be, or is beyond the limits; allocates nothing before it is checked. Then
+// `begun` gets what was read of the outermost array.
 KyValue unpack(const char* text, std::size_t size, const std::vector<KyBinary>& attachments,
-               const KyLimits& limits);
+               const KyLimits& limits, KyValue::Array* begun = nullptr);
 
 }  // namespace Ky
