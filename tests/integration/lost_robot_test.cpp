@@ -2,6 +2,7 @@
 // A robot may be killed, frozen and restarted in the middle of its stream: the window stays alive.
 #include <gtest/gtest.h>
 
+#include <QPointer>
 #include <csignal>
 #include <random>
 
@@ -33,19 +34,22 @@ TEST(LostRobot, AKilledRobotIsLostAndItsSuccessorFound) {
   ASSERT_NE(session, nullptr);
 
   StallMeter stalls;
+  const QPointer<QWidget> widget = session->widget();
   robot->process().signal(SIGKILL);
-  ASSERT_TRUE(waitUntil([&] { return session->state() == State::Lost; }));
-  EXPECT_TRUE(says(log, "lost the robot at " + address.toString()));
+  ASSERT_TRUE(waitUntil([&] { return session->state() == State::Silent; }));
   robot.reset();
   robot = std::make_unique<KyrobotProcess>(onPort(address.port));
   ASSERT_EQ(robot->address(), address);
   ASSERT_TRUE(waitUntil([&] { return session->state() == State::Connected; }));
+  // It is another robot than before, and has another widget.
+  EXPECT_TRUE(says(log, "lost the robot at " + address.toString() + ": it was restarted"));
+  EXPECT_TRUE(widget.isNull());
   // It was playing, so it plays again.
   EXPECT_TRUE(desktop.waitForFrames(*session, 3));
   EXPECT_LT(stalls.longestMs(), kLongestStallMs);
 }
 
-TEST(LostRobot, AFrozenRobotIsLostAndFoundAgainWhenItThaws) {
+TEST(LostRobot, AFrozenRobotIsSilentAndGoesOnWhereItWasWhenItThaws) {
   LogCapture log;
   KyrobotProcess robot;
   const Ky::KyAddress address = robot.address();
@@ -54,12 +58,15 @@ TEST(LostRobot, AFrozenRobotIsLostAndFoundAgainWhenItThaws) {
   ASSERT_NE(session, nullptr);
 
   StallMeter stalls;
+  const QPointer<QWidget> widget = session->widget();
   robot.process().signal(SIGSTOP);
-  ASSERT_TRUE(waitUntil([&] { return session->state() == State::Lost; }));
+  ASSERT_TRUE(waitUntil([&] { return session->state() == State::Silent; }));
   EXPECT_TRUE(says(log, "no sign of life"));
   robot.process().signal(SIGCONT);
   ASSERT_TRUE(waitUntil([&] { return session->state() == State::Connected; }));
   EXPECT_TRUE(desktop.waitForFrames(*session, 3));
+  EXPECT_EQ(session->widget(), widget);
+  EXPECT_FALSE(says(log, "lost the robot"));
   EXPECT_LT(stalls.longestMs(), kLongestStallMs);
 }
 

@@ -71,7 +71,7 @@ TEST(TwoAtOnce, EndingOneRobotLeavesTheOtherPlaying) {
   ASSERT_NE(other, nullptr);
   first.process().signal(SIGKILL);
   auto& lost = desktop.window->robots().docks().front()->session();
-  ASSERT_TRUE(waitUntil([&] { return lost.state() == Lookout::RobotSession::State::Lost; }));
+  ASSERT_TRUE(waitUntil([&] { return lost.state() == Lookout::RobotSession::State::Silent; }));
   EXPECT_EQ(other->state(), Lookout::RobotSession::State::Connected);
   EXPECT_TRUE(desktop.waitForFrames(*other, 5));
 }

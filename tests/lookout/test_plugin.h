@@ -25,10 +25,16 @@ class TestWidget : public LookoutWidget {
 
   void setPlaying(bool playing) override { fPlaying = playing; }
   bool isPlaying() const override { return fPlaying; }
+  QByteArray saveState() const override { return state; }
+  bool restoreState(const QByteArray& saved) override {
+    state = fPlaying ? "given to one that plays already" : saved;
+    return true;
+  }
   quint64 framesPainted() const override { return frames; }
   double shownFrameRate() const override { return fPlaying ? 12.5 : 0; }
 
   quint64 frames = 0;
+  QByteArray state;
 
  private:
   const boost::shared_ptr<Ky::KyBroker> fBroker;

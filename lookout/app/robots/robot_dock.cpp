@@ -95,6 +95,7 @@ void RobotDock::showState() {
   const State state = fSession->state();
   const QString& problem = fSession->problem();
   setWindowTitle(state == State::Lost         ? tr("%1 (connection lost)").arg(name())
+                 : state == State::Silent     ? tr("%1 (silent)").arg(name())
                  : state == State::Connecting ? tr("%1 (connecting)").arg(name())
                                               : name());
   if (state == State::Connecting) {
@@ -105,6 +106,8 @@ void RobotDock::showState() {
   }
   if (state == State::Lost)
     fVeil->cover(tr("Connection lost: %1. Reconnecting...").arg(problem));
+  else if (state == State::Silent)
+    fVeil->cover(tr("The robot is silent: %1. Waiting for it...").arg(problem));
   else
     fVeil->hide();
   showStatus();

@@ -88,9 +88,14 @@ void RobotSession::watch(const Broker& broker, Ky::KyConnection expected) {
 
 void RobotSession::onConnection(Ky::KyConnection connection, const QString& why) {
   if (fState == State::Closed || fMaking) return;
-  if (connection == Ky::KyConnection::Connected && fState != State::Connected) {
+  const bool hasRobot = fState == State::Connected || fState == State::Silent;
+  if (connection == Ky::KyConnection::Connected && hasRobot) {
+    setState(State::Connected, {});
+  } else if (connection == Ky::KyConnection::Connected) {
     openWidget();
-  } else if (connection == Ky::KyConnection::Lost && fState == State::Connected) {
+  } else if (connection == Ky::KyConnection::Silent && hasRobot) {
+    setState(State::Silent, why);
+  } else if (connection == Ky::KyConnection::Lost && hasRobot) {
     lose(why);
   } else if (connection == Ky::KyConnection::Lost && fState == State::Connecting) {
     setState(fState, why);
@@ -102,9 +107,14 @@ void RobotSession::lose(const QString& why) {
       << "lost " << fRobot->toString() << ": " << why.toStdString();
   if (LookoutWidget* widget = lookoutWidget()) {
     fPlaying = widget->isPlaying();
+    fWidgetState = widget->saveState();
     emit widget->disconnected(&fPlugin);
   }
   setState(State::Lost, why);
+  if (!fBroker) return;
+  fWatcher.reset();
+  fBroker->disconnect();
+  startProbe();
 }
 
 void RobotSession::showProbeProblem() {
@@ -172,7 +182,7 @@ void RobotSession::keepWidget(QWidget* widget) {
   fRetryMs = kFirstRetryMs;
   if (fRobot) zu::log::info("lookout", "session") << "connected to " << fRobot->toString();
   emit widgetMade(widget);
-  if (LookoutWidget* made = lookoutWidget(); made != nullptr && fPlaying) made->setPlaying(true);
+  if (LookoutWidget* made = lookoutWidget()) takeUp(*made);
   setState(State::Connected, {});
   if (fBroker) {
     watch(fBroker, Ky::KyConnection::Connected);
@@ -184,11 +194,18 @@ void RobotSession::keepWidget(QWidget* widget) {
   }
 }
 
+// Goes on where the widget before was lost.
+void RobotSession::takeUp(LookoutWidget& widget) {
+  if (!fWidgetState.isEmpty() && !widget.restoreState(fWidgetState))
+    zu::log::warning("lookout", "session") << "the widget can't take up what was set before";
+  if (fPlaying) widget.setPlaying(true);
+}
+
 void RobotSession::removeWidget() {
   fFramesBefore = framesPainted();
   delete fWidget.data();
   if (!fBroker) return;
-  fWatcher.reset();
+  if (!fProbe) fWatcher.reset();  // it is the broker's
   fBroker->shutdown();
   fBroker.reset();
 }

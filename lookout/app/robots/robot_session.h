@@ -21,10 +21,14 @@ class WidgetInterface;
 namespace Lookout {
 
 // Waits for the robot without blocking, has the plug-in make the widget when it answers, says when
-// the robot is lost, and has a new widget made when it is back.
+// the robot is silent or lost, and has a new widget made when a lost one is back.
 //
-//   Connecting --answers--> Connected --lost--> Lost --answers--> Connected ..  any --close-->
+//   Connecting --answers--> Connected --no sign of life--> Silent --speaks again--> Connected ..
+//   Silent, Connected --given up, restarted--> Lost --answers--> Connected ..  any --close-->
 //   Closed
+//
+// A silent robot's widget stays as it is. A lost one's can't reach the robot any more: what is left
+// of it must not act on whoever is there next.
 //
 // A widget that can't be made is tried again: at once when the robot comes back, and from time to
 // time. GUI thread; the longest that it blocks is what the plug-in's getWidget() and the widget's
@@ -33,7 +37,7 @@ class RobotSession : public QObject {
   Q_OBJECT
 
  public:
-  enum class State { Connecting, Connected, Lost, Closed };
+  enum class State { Connecting, Connected, Silent, Lost, Closed };
 
   // `plugin`, `home` and `closer` outlive the session; the widgets become children of `home`.
   // Without `robot` the widget is made at once and stays. `icons` is the folder handed to the
@@ -83,6 +87,7 @@ class RobotSession : public QObject {
   void openWidget();
   QWidget* makeWidget(QString& why);
   void keepWidget(QWidget* widget);
+  void takeUp(LookoutWidget& widget);
   void removeWidget();
   void fail(const QString& why);
   void retry();
@@ -99,7 +104,8 @@ class RobotSession : public QObject {
   State fState = State::Connecting;
   QString fProblem;
   bool fPlaying = false;
-  bool fMaking = false;  // the plug-in is at work
+  QByteArray fWidgetState;  // of the widget before; see LookoutWidget::saveState()
+  bool fMaking = false;     // the plug-in is at work
   quint64 fFramesBefore = 0;
   QPointer<QWidget> fWidget;
 

@@ -12,6 +12,8 @@ QString stateText(State state) {
       return StatusLine::tr("Connecting");
     case State::Connected:
       return StatusLine::tr("Connected");
+    case State::Silent:
+      return StatusLine::tr("Silent, waiting");
     case State::Lost:
       return StatusLine::tr("Connection lost, reconnecting");
     case State::Closed:

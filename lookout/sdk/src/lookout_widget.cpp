@@ -8,3 +8,7 @@ LookoutWidget::~LookoutWidget() = default;
 
 void LookoutWidget::setPlaying(bool) {
 }
+
+bool LookoutWidget::restoreState(const QByteArray&) {
+  return false;
+}

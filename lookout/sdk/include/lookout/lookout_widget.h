@@ -2,6 +2,7 @@
 // Base of the widgets that Lookout docks.
 #pragma once
 
+#include <QByteArray>
 #include <QWidget>
 
 class WidgetInterface;
@@ -18,6 +19,14 @@ class LookoutWidget : public QWidget {
   // reconnection. The default does nothing.
   virtual void setPlaying(bool playing);
   virtual bool isPlaying() const { return false; }
+
+  // What the user has set, but for playing, in whatever form the widget likes, and the same set
+  // again on another widget of the same plug-in for the same robot. The host asks a widget whose
+  // robot is lost, and gives it to the next one before that is told to play. restoreState() is
+  // false, and changes nothing, for what is no state of this widget's, such as one of another
+  // version. The defaults have no state.
+  virtual QByteArray saveState() const { return {}; }
+  virtual bool restoreState(const QByteArray& state);
 
   // For the host's status line and report; widgets without pictures keep the zeros. Frames painted
   // since the widget was made, each new picture counted once; and the rate shown now, per second.
