@@ -98,6 +98,7 @@ void VideoSettingsWidget::xAddDetections(QBoxLayout* layout) {
 void VideoSettingsWidget::xAddDetection(QBoxLayout* layout, const char* text, const char* kind,
                                         const char* slot) {
   QCheckBox* box = xAddCheckBox(layout, text, slot);
+  fDetections.emplace_back(kind, box);
   // It can be tried all the same: the robot may start the extractor later.
   const auto module = fModule.lock();
   if (module && !module->activateDetection(kind, -1))

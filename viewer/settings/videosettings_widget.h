@@ -3,10 +3,13 @@
 // flips, the choice of the camera, and the detections.
 #pragma once
 
+#include <QJsonObject>
 #include <QWidget>
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "viewer/settings/custom_slider.h"
 
@@ -28,6 +31,13 @@ class VideoSettingsWidget : public QWidget {
   QWidget* otherParametersWidget();
   // A group of initialization parameters, reserved: nothing shows it, nothing is connected.
   QWidget* initParametersWidget();
+  // What of the robot's camera is this viewer's own choice: camera, resolution, frame rate, colour,
+  // detections. Parameters that the robot keeps for everybody are not in it.
+  QJsonObject saveState() const;
+  // Sets it again as clicks would, in the order in which people go about it. What is missing, or
+  // not offered here, stays as it is.
+  void restoreState(const QJsonObject& state);
+
   // The first slider of this name, or null.
   QCustomSlider* xGetCustomSlider(std::string name);
 
@@ -83,6 +93,7 @@ class VideoSettingsWidget : public QWidget {
   int fCameraModel = 0;
   QCustomSliders fSliders;
   QComboBox* fResolution = nullptr;
+  std::vector<std::pair<QString, QCheckBox*>> fDetections;  // by kind
   // Null while not built.
   QCheckBox* fBlackAndWhite = nullptr;
   QCheckBox* fAutoGain = nullptr;

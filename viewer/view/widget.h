@@ -37,6 +37,9 @@ class Widget : public LookoutWidget, public GCInterface {
   // As if Play or Pause had been pressed, and which of them was the last.
   void setPlaying(bool playing) override;
   bool isPlaying() const override { return fPlaying; }
+  // The settings' tab; as JSON, {"version": 1, "settings": ...}.
+  QByteArray saveState() const override;
+  bool restoreState(const QByteArray& state) override;
   quint64 framesPainted() const override;
   double shownFrameRate() const override;
 

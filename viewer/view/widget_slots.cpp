@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QIcon>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTabWidget>
@@ -14,8 +16,15 @@
 #include "viewer/dialogs/error_dialog.h"
 #include "viewer/download/ftp_download_dialog.h"
 #include "viewer/recording/videorecordersettings_widget.h"
+#include "viewer/settings/videosettings_widget.h"
 #include "viewer/view/view_image.h"
 #include "viewer/view/widget.h"
+
+namespace {
+
+constexpr int kStateVersion = 1;
+
+}  // namespace
 
 void Widget::setPlaying(bool playing) {
   if (playing) {
@@ -23,6 +32,18 @@ void Widget::setPlaying(bool playing) {
   } else {
     onVideoStop();
   }
+}
+
+QByteArray Widget::saveState() const {
+  const QJsonObject state{{"version", kStateVersion}, {"settings", fVideoSettings->saveState()}};
+  return QJsonDocument(state).toJson(QJsonDocument::Compact);
+}
+
+bool Widget::restoreState(const QByteArray& state) {
+  const QJsonObject read = QJsonDocument::fromJson(state).object();
+  if (read["version"].toInt() != kStateVersion) return false;
+  fVideoSettings->restoreState(read["settings"].toObject());
+  return true;
 }
 
 quint64 Widget::framesPainted() const {

@@ -5,6 +5,7 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QComboBox>
 #include <QMetaMethod>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -290,6 +291,24 @@ TEST(Widget, PlaysThoughPlayWasPressedBeforeTheCameraThreadWasReady) {
               !pausedAgain);
     EXPECT_EQ(widget.isPlaying(), !pausedAgain);
   }
+}
+
+TEST(Widget, TakesUpTheStateOfAnother) {
+  Panel panel;
+  panel.viewer.model().fResolution = 0;
+  panel.open().findChild<QComboBox*>()->setCurrentIndex(1);
+  const QByteArray state = panel.widget->saveState();
+  Widget& next = panel.open();
+  EXPECT_TRUE(next.restoreState(state));
+  EXPECT_EQ(next.findChild<QComboBox*>()->currentIndex(), 1);
+}
+
+TEST(Widget, SaysThatItCanNotTakeUpWhatIsNoState) {
+  Panel panel;
+  Widget& widget = panel.open();
+  for (const char* state : {"", "[]", "{\"version\": 2}", "{", "\xFF"})
+    EXPECT_FALSE(widget.restoreState(state)) << state;
+  EXPECT_TRUE(panel.viewer.robot.calls().empty());
 }
 
 TEST(Widget, DoesNothingAtPauseBeforePlay) {
