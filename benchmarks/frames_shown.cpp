@@ -16,7 +16,6 @@
 #include "ky/video_device_proxy.h"
 #include "playing_viewer.h"
 #include "targets.h"
-#include "zu/log.h"
 
 namespace {
 
@@ -71,8 +70,6 @@ void play(benchmark::State& state, const Ky::KyAddress& robot, const Played& pla
 
 void playWithDetections(benchmark::State& state, const Ky::KyAddress& robot) {
   const std::vector<std::string> kinds = {"mark", "ball", "duck", "face", "logo", "picture"};
-  // The robot's ducks are no records of the viewer's, which says so with every picture.
-  zu::log::setConsoleLevel(zu::log::Level::fatal);
   for (auto _ : state) {
     bench::PlayingViewer viewer(robot, 1);
     for (const std::string& kind : kinds)

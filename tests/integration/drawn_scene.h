@@ -81,10 +81,18 @@ class DrawnScene {
       if (one.name == name) return one;
     throw std::runtime_error("there is no \"" + name + "\" in the scene");
   }
-  // Its middle in pixels of the shown picture.
-  QPointF middle(const std::string& name) const {
-    return {truth(name).x * 320, truth(name).y * 240};
+  // A part of it, in fractions of its width and height, in pixels of the shown picture.
+  QPointF place(const std::string& name, QPointF part) const {
+    const robot::SceneTruth thing = truth(name);
+    return {(thing.x + (part.x() - 0.5) * thing.width) * 320,
+            (thing.y + (part.y() - 0.5) * thing.height) * 240};
   }
+  bool waitForFrames(quint64 more) {
+    const quint64 before = fWidget->framesPainted();
+    return waitUntil([&] { return fWidget->framesPainted() >= before + more; });
+  }
+  // As far as it is written.
+  std::string robotsLog() { return fRobot.process().errors(); }
 
  private:
   using Items = std::map<std::string, displayObject>;

@@ -22,15 +22,19 @@ struct ToySettings {
 };
 
 // "BallDetected": see BallDetector.
-// "DuckDetected": [[s, us], [[head alpha, head beta, head width, body alpha, body beta, body left,
-// top, right, bottom], ..]], all floats.
-// The empty array for a toy that is not wanted.
+// "duck": [[s, us], [[head alpha, head beta, head width, body alpha, body beta, body left, top,
+// right, bottom], ..]], all floats.
+// "DuckDetected": the same ducks as figures at their heads, [[x, y, diameter, thickness, shape,
+// red, green, blue, description], ..], for that is how viewers read this key. The empty array for a
+// toy that is not wanted.
 class ToyDetector : public Detector {
  public:
   ToyDetector(std::shared_ptr<const ToySettings> settings,
               std::shared_ptr<const SharedBallTuning> tuning);
 
-  std::vector<std::string> keys() const override { return {"BallDetected", "DuckDetected"}; }
+  std::vector<std::string> keys() const override {
+    return {"BallDetected", "DuckDetected", "duck"};
+  }
   std::vector<Finding> detect(const Frame& frame) override;
 
  private:

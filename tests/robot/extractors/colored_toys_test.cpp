@@ -80,8 +80,8 @@ TEST_F(ColoredToysTest, FindsTheScenesBall) {
 
 TEST_F(ColoredToysTest, FindsTheScenesDuckInNineFloats) {
   setMode(subscriber(), kDuckMode, 1);
-  ASSERT_TRUE(appears("DuckDetected"));
-  const KyValue found = memory("DuckDetected");
+  ASSERT_TRUE(appears("duck"));
+  const KyValue found = memory("duck");
   ASSERT_EQ(found[1].size(), 1u);
   const KyValue& duck = found[1][0];
   ASSERT_EQ(duck.size(), 9u);
@@ -97,6 +97,16 @@ TEST_F(ColoredToysTest, FindsTheScenesDuckInNineFloats) {
   EXPECT_GT(duck[6].asFloat(), duck[4].asFloat()) << "above it";
   EXPECT_GT(duck[4].asFloat(), duck[8].asFloat());
   EXPECT_EQ(memory("BallDetected"), kNothing);
+}
+
+TEST_F(ColoredToysTest, WritesDucksForBothKindsOfReaders) {
+  const auto desktop = subscriber();
+  for (const char* key : {"DuckDetected", "duck"})
+    EXPECT_EQ(memory(key), kNothing) << "and not an error, while nobody asks for ducks";
+  setMode(desktop, kDuckMode, 1);
+  for (const char* key : {"DuckDetected", "duck"}) EXPECT_TRUE(appears(key)) << key;
+  setMode(desktop, kDuckMode, 0);
+  for (const char* key : {"DuckDetected", "duck"}) EXPECT_TRUE(vanishes(key)) << key;
 }
 
 TEST_F(ColoredToysTest, LooksForNothingUntilAToyIsSwitchedOn) {
@@ -131,7 +141,7 @@ TEST_F(ColoredToysTest, WhatADesktopSwitchedOnEndsWithItsSubscription) {
   ASSERT_TRUE(appears("BallDetected"));
   unsubscribe(leaver);
   EXPECT_TRUE(vanishes("BallDetected"));
-  EXPECT_TRUE(stays("DuckDetected"));
+  EXPECT_TRUE(stays("duck"));
 }
 
 TEST_F(ColoredToysTest, WhatADesktopSwitchedOnEndsWhenItIsLost) {
@@ -141,7 +151,7 @@ TEST_F(ColoredToysTest, WhatADesktopSwitchedOnEndsWhenItIsLost) {
   ASSERT_TRUE(appears("BallDetected"));
   leaver->shutdown();
   EXPECT_TRUE(vanishes("BallDetected"));
-  EXPECT_TRUE(stays("DuckDetected"));
+  EXPECT_TRUE(stays("duck"));
 }
 
 // As a viewer does in which both boxes are ticked and unticked again.

@@ -27,6 +27,7 @@ cv::Mat sceneAt(std::int64_t time, int resolution) {
 
 // Of the generated duck, as fractions of its own width and height.
 const cv::Point2d kHead(106.0 / 162, 44.0 / 142), kBody(72.0 / 162, 98.0 / 142);
+constexpr double kHeadRadius = 32.0 / 162;
 
 TEST(DuckFinder, FindsHeadAndBodyOfTheDuckInTheSceneFromTheSecondResolutionOn) {
   for (int resolution = 1; resolution < kResolutions; ++resolution)
@@ -43,6 +44,8 @@ TEST(DuckFinder, FindsHeadAndBodyOfTheDuckInTheSceneFromTheSecondResolutionOn) {
       };
       const double pixel = size.width / 320.0;  // of the picture that is shown
       EXPECT_LT(cv::norm(ducks[0].head - at(kHead)), 3 * pixel + 1) << resolution;
+      EXPECT_NEAR(ducks[0].headRadius, kHeadRadius * truth.width * size.width, 1.5 * pixel + 1)
+          << resolution;
       EXPECT_LT(cv::norm(ducks[0].body - at(kBody)), 4 * pixel + 1) << resolution;
       EXPECT_NEAR(ducks[0].bodyBox.br().x, at({134.0 / 162, 0}).x, 3 * pixel + 1) << resolution;
       EXPECT_NEAR(ducks[0].bodyBox.br().y, at({0, 140.0 / 142}).y, 2 * pixel + 1) << resolution;
@@ -52,18 +55,6 @@ TEST(DuckFinder, FindsHeadAndBodyOfTheDuckInTheSceneFromTheSecondResolutionOn) {
 TEST(DuckFinder, FindsNothingOnAGreyPicture) {
   for (const int level : {0, 128, 255})
     EXPECT_TRUE(findDucks(yuvOf(greyPicture(level))).empty()) << level;
-}
-
-// A duck of discs, with or without what makes it one.
-cv::Mat duckOf(double headRadius, double headAbove, bool beak) {
-  const cv::Scalar yellow(30, 225, 255), orange(20, 110, 245);
-  cv::Mat picture = greyPicture();
-  drawDisc(picture, {150, 150}, 40, yellow);
-  const cv::Point2d head(175, 150 - headAbove);
-  if (beak)
-    cv::rectangle(picture, cv::Rect2d(head.x, head.y - 8, headRadius + 15, 16), orange, cv::FILLED);
-  drawDisc(picture, head, headRadius, yellow);
-  return picture;
 }
 
 TEST(DuckFinder, WantsAHeadOverABodyAndABeak) {

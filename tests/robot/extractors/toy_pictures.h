@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Pictures with balls.
+// Pictures with balls and ducks.
 #pragma once
 
 #include <opencv2/core.hpp>
@@ -25,4 +25,16 @@ inline void drawDisc(cv::Mat& picture, cv::Point2d centre, double radius, cv::Sc
   constexpr double kFine = 1 << kShift;
   cv::circle(picture, {cvRound((centre.x - 0.5) * kFine), cvRound((centre.y - 0.5) * kFine)},
              cvRound((radius - 0.5) * kFine), bgr, cv::FILLED, cv::LINE_AA, kShift);
+}
+
+// A duck of discs, with or without what makes it one.
+inline cv::Mat duckOf(double headRadius, double headAbove, bool beak) {
+  const cv::Scalar yellow(30, 225, 255), orange(20, 110, 245);
+  cv::Mat picture = greyPicture();
+  drawDisc(picture, {150, 150}, 40, yellow);
+  const cv::Point2d head(175, 150 - headAbove);
+  if (beak)
+    cv::rectangle(picture, cv::Rect2d(head.x, head.y - 8, headRadius + 15, 16), orange, cv::FILLED);
+  drawDisc(picture, head, headRadius, yellow);
+  return picture;
 }
