@@ -19,8 +19,7 @@ namespace robot {
 
 // Looks as often as the most eager subscriber wants, on a thread of its own and of low priority:
 // when there is no time, it drops pictures and never slows the camera. Its keys always exist, empty
-// while nothing is found or nobody is subscribed, so that reading several keys at once never fails
-// for one without findings.
+// while nothing is found or nobody is subscribed, so that reading one never fails.
 //
 // The methods run on the module's call thread.
 class Extractor : public Ky::KyModule {

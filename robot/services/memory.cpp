@@ -31,7 +31,7 @@ Memory::Memory(boost::shared_ptr<Ky::KyBroker> broker, MemoryLimits limits)
 
   functionName("getListData", getName(), "The values under several names at once.");
   addParam("keys", "the names");
-  setReturn("values", "one for each name, in the same order");
+  setReturn("values", "one for each name, in the same order; the empty array for an unknown one");
   bindMethod(&Memory::getListData);
 
   functionName("removeData", getName(), "Forgets a value.");
@@ -74,7 +74,10 @@ KyValue Memory::getData(const std::string& key) {
 
 KyValue::Array Memory::getListData(const std::vector<std::string>& keys) {
   KyValue::Array values;
-  for (const std::string& key : keys) values.push_back(require(key).value);
+  for (const std::string& key : keys) {
+    const auto found = fEntries.find(key);
+    values.push_back(found == fEntries.end() ? KyValue::array() : found->second.value);
+  }
   return values;
 }
 

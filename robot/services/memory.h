@@ -24,7 +24,10 @@ class Memory : public Ky::KyModule {
   explicit Memory(boost::shared_ptr<Ky::KyBroker> broker, MemoryLimits limits = {});
 
   void insertData(const std::string& key, const Ky::KyValue& value);
+  // This and removeData() throw KyError for an unknown key.
   Ky::KyValue getData(const std::string& key);
+  // The empty array for an unknown key: who polls many keys for many programs must not lose them
+  // all by one that isn't written yet.
   Ky::KyValue::Array getListData(const std::vector<std::string>& keys);
   void removeData(const std::string& key);
   Ky::KyValue::Array getDataList(const std::string& prefix);

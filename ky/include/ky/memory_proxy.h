@@ -22,8 +22,8 @@ class KyMemoryProxy {
   void insertData(const std::string& key, const KyValue& value);
   // Throws KyError for an unknown key.
   KyValue getData(const std::string& key);
-  // `keys` is an array of strings. One value for each, in the same order; throws KyError when one
-  // is unknown.
+  // `keys` is an array of strings. One value for each, in the same order. For an unknown key the
+  // robot answers the empty array, as kyrobot does, or throws KyError.
   KyValue getListData(const KyValue& keys);
   // Throws KyError for an unknown key.
   void removeData(const std::string& key);
