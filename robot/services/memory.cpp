@@ -74,9 +74,19 @@ KyValue Memory::getData(const std::string& key) {
 
 KyValue::Array Memory::getListData(const std::vector<std::string>& keys) {
   KyValue::Array values;
+  std::size_t bytes = 0;
   for (const std::string& key : keys) {
     const auto found = fEntries.find(key);
-    values.push_back(found == fEntries.end() ? KyValue::array() : found->second.value);
+    if (found == fEntries.end()) {
+      values.push_back(KyValue::array());
+      continue;
+    }
+    bytes += found->second.bytes;
+    if (bytes > fLimits.listBytes)
+      throw KyError("the values don't fit into one answer: with \"" + key + "\" they take " +
+                    std::to_string(bytes) + " bytes, of " + std::to_string(fLimits.listBytes) +
+                    " at most; ask for fewer at once");
+    values.push_back(found->second.value);
   }
   return values;
 }

@@ -10,12 +10,13 @@
 
 namespace robot {
 
-// What all the values together may take. A program that writes more is told so; what is stored
-// stays.
+// What all the values together may take. A program that writes or asks for more is told so; what is
+// stored stays.
 struct MemoryLimits {
   std::size_t keys = 100000;
-  std::size_t keyBytes = 1024;         // one key
-  std::size_t totalBytes = 64u << 20;  // all keys and values
+  std::size_t keyBytes = 1024;                          // one key
+  std::size_t totalBytes = 64u << 20;                   // all keys and values
+  std::size_t listBytes = Ky::KyLimits().messageBytes;  // what one getListData() answers
 };
 
 // The methods run on the module's call thread.
@@ -27,7 +28,8 @@ class Memory : public Ky::KyModule {
   // This and removeData() throw KyError for an unknown key.
   Ky::KyValue getData(const std::string& key);
   // The empty array for an unknown key: who polls many keys for many programs must not lose them
-  // all by one that isn't written yet.
+  // all by one that isn't written yet. Throws KyError when the answer would be too large, before it
+  // is: a key may be asked for any number of times.
   Ky::KyValue::Array getListData(const std::vector<std::string>& keys);
   void removeData(const std::string& key);
   Ky::KyValue::Array getDataList(const std::string& prefix);

@@ -65,4 +65,16 @@ TEST_F(WatchedKeys, AreDrawnForAsLongAsTheyAreThere) {
   EXPECT_EQ(fLog.lines(), Lines{});
 }
 
+TEST_F(WatchedKeys, WhoseValuesAreTooLargeTogetherAreComplainedAboutWithTheLimit) {
+  for (const char* key : {"a", "b", "c"}) {
+    write(key, Ky::KyBinary(std::vector<std::uint8_t>(12u << 20)));
+    watch(key);
+  }
+  EXPECT_EQ(drawn("a"), Lines{});
+  const Lines lines = fLog.lines();
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_NE(lines[0].find("with \"c\" they take 377"), std::string::npos) << lines[0];
+  EXPECT_NE(lines[0].find("of 33554432 at most"), std::string::npos) << lines[0];
+}
+
 }  // namespace

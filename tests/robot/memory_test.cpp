@@ -14,7 +14,7 @@ using Ky::KyValue;
 class MemoryTest : public testing::Test {
  protected:
   InProcessRobot fRobot;
-  MemoryLimits fLimits{4, 16, 2000};
+  MemoryLimits fLimits{4, 16, 2000, 3000};
   boost::shared_ptr<Memory> fModule = Ky::KyModule::createModule<Memory>(fRobot.broker(), fLimits);
   Ky::KyMemoryProxy fMemory{fRobot.connect()};
 };
@@ -53,6 +53,23 @@ TEST_F(MemoryTest, GivesAnEmptyArrayInAListForAKeyThatIsMissing) {
   EXPECT_EQ(fMemory.getListData(KyValue::array({"a", "nothing", "b"})),
             KyValue::array({1, KyValue::array(), 2}));
   EXPECT_EQ(fMemory.getDataList("").size(), 2u) << "and stores none";
+}
+
+TEST_F(MemoryTest, AnswersAListThatFitsIntoOneAnswerAndNoLargerOne) {
+  fMemory.insertData("big", std::string(900, 'x'));
+  fMemory.insertData("small", 1);
+  const auto list = [&](std::initializer_list<KyValue> keys) {
+    return errorText([&] { fMemory.getListData(KyValue::array(keys)); });
+  };
+  EXPECT_EQ(list({"big", "small", "big", "missing", "big"}), "no error");
+  const std::string text = list({"big", "big", "small", "big", "big"});
+  EXPECT_EQ(text.rfind("the values don't fit into one answer: with \"big\" they take 3", 0), 0u)
+      << text;
+  EXPECT_NE(text.find(" bytes, of 3000 at most; ask for fewer at once"), std::string::npos) << text;
+}
+
+TEST(MemoryLimitsTest, LetAListHaveWhatAMessageHolds) {
+  EXPECT_EQ(MemoryLimits().listBytes, Ky::KyLimits().messageBytes);
 }
 
 TEST_F(MemoryTest, RefusesAListThatIsNoListOfKeys) {

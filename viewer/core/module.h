@@ -51,7 +51,8 @@ class Module : public Ky::KyModule {
   bool activateDetection(const std::string& kind, int action);
   // Replaces the overlay items of one source by what `value` describes.
   void updateFromValue(const std::string& key, const Ky::KyValue& value);
-  // Published: watches a key of the robot's memory.
+  // Published: watches a key of the robot's memory. Too long a key, and one too many, are refused
+  // with a line in the log, once.
   void subscribeLog(const std::string& strLogName);
   // Reads all watched keys in one call and refreshes their items.
   void updateObjectsValue();
@@ -80,4 +81,5 @@ class Module : public Ky::KyModule {
   boost::shared_ptr<Ky::KyVideoDeviceProxy> fVideoDevice;
   unsigned char* fConvertBuffer = nullptr;
   std::list<std::string> fActiveExtractors;
+  std::string fRefusal;  // why the last new key is not watched; the call thread's own
 };

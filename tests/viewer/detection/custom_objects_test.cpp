@@ -36,6 +36,10 @@ class CustomObjects : public testing::Test {
   boost::shared_ptr<ScriptedModule> memory;
 };
 
+void accept(const boost::shared_ptr<ScriptedModule>& extractor) {
+  for (const char* method : {"subscribe", "setParam", "load"}) extractor->answer(method, KyValue());
+}
+
 KyValue figure(const char* text) {
   return KyValue::array({0.5, 0.7, 20, 2, 0, 0, 0, 0, text});
 }
@@ -84,6 +88,47 @@ TEST_F(CustomObjects, AreWatchedOnceHoweverOftenAsked) {
   viewer.module->subscribeLog("a");
   viewer.module->subscribeLog("a");
   EXPECT_EQ(viewer.model().fObjects.size(), 1u);
+}
+
+TEST_F(CustomObjects, AreWatchedUnderSoManyKeysAndNoMore) {
+  for (int i = 0; i < 256; ++i) viewer.module->subscribeLog("key " + std::to_string(i));
+  EXPECT_EQ(viewer.log.lines(), Lines{});
+  viewer.module->subscribeLog("one more");
+  viewer.module->subscribeLog("key 7");
+  viewer.module->subscribeLog("and another");
+  EXPECT_EQ(viewer.model().fObjects.size(), 256u);
+  EXPECT_EQ(viewer.log.lines(),
+            Lines{"warning subscribeLog: The key \"one more\" is not watched: there are 256 keys "
+                  "already; switch a detection off, which ends all watches, and ask again"});
+}
+
+TEST_F(CustomObjects, MakeRoomForEveryDetection) {
+  for (const char* name : {"KyLandMarkDetection", "KyColoredToysDetection", "KyFaceDetection",
+                           "KyLogoDetection", "KyVisionRecognition"})
+    accept(viewer.robot.add(name));
+  for (int i = 0; i < 256; ++i) viewer.module->subscribeLog("key " + std::to_string(i));
+  for (const char* kind : {"mark", "ball", "duck", "face", "logo", "picture"})
+    EXPECT_TRUE(viewer.module->activateDetection(kind, 1)) << kind;
+  EXPECT_EQ(viewer.model().fObjects.size(), 262u);
+  EXPECT_EQ(viewer.log.lines(), Lines{});
+}
+
+TEST_F(CustomObjects, AreSaidToBeTooManyAgainAfterTheWatchesHaveBegunAnew) {
+  for (int round = 0; round < 2; ++round) {
+    viewer.model().fObjects.clear();
+    viewer.log.clear();
+    for (int i = 0; i < 258; ++i) viewer.module->subscribeLog("key " + std::to_string(i));
+    EXPECT_EQ(viewer.log.lines().size(), 1u) << round;
+  }
+}
+
+TEST_F(CustomObjects, AreNotWatchedUnderAKeyThatNoMemoryHolds) {
+  viewer.module->subscribeLog(std::string(1024, 'k'));
+  for (int i = 0; i < 2; ++i) viewer.module->subscribeLog(std::string(1025, 'k'));
+  EXPECT_EQ(viewer.model().fObjects.size(), 1u);
+  EXPECT_EQ(viewer.log.lines(),
+            Lines{"warning subscribeLog: The key \"" + std::string(64, 'k') +
+                  "\" is not watched: a key has at most 1024 bytes; choose a shorter one"});
 }
 
 TEST_F(CustomObjects, OfAllKeysComeInOneCallInKeyOrder) {
