@@ -16,8 +16,9 @@ namespace cli {
 // What every command that talks to a robot can be told.
 struct RobotOptions {
   std::string robot = Ky::KyAddress{}.toString();
-  std::string keys;   // folder; empty: the user's own, beyond this computer
-  bool json = false;  // the result is for a script
+  std::string keys;       // folder; empty: the user's own, beyond this computer
+  bool insecure = false;  // no keys, even if there are some
+  bool json = false;      // the result is for a script
 };
 
 // Adds a subcommand that talks to a robot, with the options for it.

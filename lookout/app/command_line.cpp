@@ -28,6 +28,10 @@ Examples:
 const QCommandLineOption kHelp({"h", "help"}, "Shows this help.");
 const QCommandLineOption kVersion({"v", "version"}, "Shows the version.");
 const QCommandLineOption kRobot("robot", "Connects to this robot. May be repeated.", "HOST:PORT");
+const QCommandLineOption kInsecureRobot("insecure-robot",
+                                        "Connects without encryption to this robot, which was "
+                                        "started with --insecure. May be repeated.",
+                                        "HOST:PORT");
 const QCommandLineOption kPlay("play", "Starts the pictures of the robots given.");
 const QCommandLineOption kScreenshot("screenshot", "Saves the window as PNG before quitting.",
                                      "FILE");
@@ -44,12 +48,13 @@ const QCommandLineOption kReport(
   throw CommandLineError((why + "\nTry 'lookout --help'.").toStdString());
 }
 
-std::vector<Ky::KyAddress> robots(const QStringList& texts) {
+std::vector<Ky::KyAddress> robots(const QCommandLineParser& parser,
+                                  const QCommandLineOption& option) {
   std::vector<Ky::KyAddress> result;
-  for (const QString& text : texts) try {
+  for (const QString& text : parser.values(option)) try {
       result.push_back(robotAddress(text));
     } catch (const Ky::KyError& error) {
-      refuse("--robot: " + QString::fromUtf8(error.what()));
+      refuse(QString("--%1: %2").arg(option.names().first(), QString::fromUtf8(error.what())));
     }
   return result;
 }
@@ -84,8 +89,8 @@ QString screenshotFile(const QCommandLineParser& parser) {
 CommandLine parseCommandLine(const QStringList& arguments) {
   QCommandLineParser parser;
   parser.setApplicationDescription("Lookout shows what robots see.");
-  parser.addOptions(
-      {kHelp, kVersion, kRobot, kPlay, kScreenshot, kQuitAfter, kPlugins, kResources, kReport});
+  parser.addOptions({kHelp, kVersion, kRobot, kInsecureRobot, kPlay, kScreenshot, kQuitAfter,
+                     kPlugins, kResources, kReport});
   CommandLine result;
   if (!parser.parse(arguments)) refuse(parser.errorText());
   if (parser.isSet(kHelp)) {
@@ -99,7 +104,10 @@ CommandLine parseCommandLine(const QStringList& arguments) {
   if (!parser.positionalArguments().isEmpty())
     refuse(QString("'%1' is no option; robots are given with --robot")
                .arg(parser.positionalArguments().first()));
-  result.robots = robots(parser.values(kRobot));
+  result.robots = robots(parser, kRobot);
+  result.insecureRobots = robots(parser, kInsecureRobot);
+  result.robots.insert(result.robots.end(), result.insecureRobots.begin(),
+                       result.insecureRobots.end());
   result.play = parser.isSet(kPlay);
   result.report = parser.isSet(kReport);
   result.screenshot = screenshotFile(parser);

@@ -13,6 +13,7 @@ namespace Lookout {
 
 struct CommandLine {
   std::vector<Ky::KyAddress> robots;
+  std::vector<Ky::KyAddress> insecureRobots;  // those of them that are reached without encryption
   bool play = false;
   bool report = false;
   QString screenshot;               // empty: none

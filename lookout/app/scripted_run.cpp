@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <cstdio>
 
+#include "lookout/robot_broker.h"
 #include "robots/robot_dock.h"
 #include "window/main_window.h"
 #include "window/robot_area.h"
@@ -18,6 +19,7 @@ ScriptedRun::ScriptedRun(MainWindow& window, CommandLine options, QObject* paren
 }
 
 void ScriptedRun::start() {
+  for (const Ky::KyAddress& robot : fOptions.insecureRobots) setUnencrypted(robot, true);
   for (const Ky::KyAddress& robot : fOptions.robots) {
     RobotDock* dock = fWindow.connectTo(robot);
     if (dock == nullptr)

@@ -56,6 +56,7 @@ TEST_F(Completion, OffersCommandsOptionsAndWhatTheRobotHas) {
       {"call Plain.pi", "Plain.ping\n"},
       {"keys t", "trust\n"},
       {"call KyMemory.ping --js", "--json\n"},
+      {"call KyMemory.ping --ins", "--insecure\n"},
   };
   for (const auto& one : cases) EXPECT_EQ(offersFor(one.words), one.offers) << one.words;
 }

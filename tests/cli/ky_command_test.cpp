@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -217,6 +218,53 @@ TEST_F(KyCommandOnRobot, CallReachesNothingWhenAnArgumentIsWrong) {
   expectWrongUse(onRobot({"call", "KyMemory.insertData", "\"key\"", "{}"}),
                  "'{}': there are no objects, {..}, among the robot's values; use arrays");
   EXPECT_TRUE(fCalls->calls().empty());
+}
+
+// A robot that was started with --insecure, and a user who has keys.
+class KyCommandBeyondLoopback : public testing::Test {
+ protected:
+  KyCommandBeyondLoopback() {
+    std::string name = (std::filesystem::temp_directory_path() / "ky-config.XXXXXX").string();
+    fFolder = mkdtemp(name.data());
+    setenv("XDG_CONFIG_HOME", fFolder.c_str(), 1);
+    fKeys.emplace(Ky::KyKeyStore::defaultFolder()).create();
+    Ky::KyBrokerOptions options;
+    options.name = "robot";
+    options.listen = Ky::KyAddress{"0.0.0.0", 0};  // counts as beyond loopback, where it is reached
+    options.insecure = true;
+    fBroker = Ky::KyBroker::create(options);
+  }
+  ~KyCommandBeyondLoopback() override {
+    fBroker->shutdown();
+    std::filesystem::remove_all(fFolder);
+  }
+
+  Result ping(const std::vector<std::string>& options = {}) const {
+    std::vector<std::string> arguments = {"ping", "--robot", fBroker->address().toString()};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return ky(arguments);
+  }
+
+  std::filesystem::path fFolder;
+  std::optional<Ky::KyKeyStore> fKeys;
+  boost::shared_ptr<Ky::KyBroker> fBroker;
+};
+
+TEST_F(KyCommandBeyondLoopback, WithoutKeysARobotIsReachedWhenThatIsSaid) {
+  const Result result = ping({"--insecure"});
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_EQ(ping({"--insecure", "--keys", fKeys->folder()}).code, 2);
+}
+
+TEST_F(KyCommandBeyondLoopback, AFailureSaysHowToDoWithoutKeys) {
+  const Result unknown = ping();
+  EXPECT_EQ(unknown.code, 1);
+  EXPECT_NE(unknown.err.find("'ky keys trust', or connect with --insecure"), std::string::npos)
+      << unknown.err;
+  fKeys->add(fBroker->address().toString(), Ky::KyKeyPair::generate().publicKey);
+  const Result refused = ping();
+  EXPECT_EQ(refused.code, 1);
+  EXPECT_NE(refused.err.find("'ky --insecure'"), std::string::npos) << refused.err;
 }
 
 class KyKeysCommand : public testing::Test {

@@ -91,6 +91,20 @@ TEST_F(Keys, AStrangerGetsNothingButARefusal) {
   robot->shutdown();
 }
 
+TEST_F(Keys, ADesktopWithKeysSaysHowToReachARobotThatHasNone) {
+  KyKeyStore desktopKeys(folder / "desktop");
+  desktopKeys.create();
+  KyBrokerOptions options = robotOptions();
+  options.insecure = true;
+  const auto robot = KyBroker::create(options);
+  KyBrokerOptions peer = desktopOptions(*robot);
+  EXPECT_EQ(errorOf(peer), "no error");
+  peer.keys = desktopKeys.folder();
+  desktopKeys.add(peer.parent->toString(), KyKeyPair::generate().publicKey);
+  EXPECT_NE(errorOf(peer).find("connect without encryption"), std::string::npos) << errorOf(peer);
+  robot->shutdown();
+}
+
 TEST_F(Keys, ADesktopThatDoesNotKnowTheRobotSaysHowToLearnItsKey) {
   KyKeyStore desktopKeys(folder / "desktop");
   desktopKeys.create();

@@ -54,10 +54,18 @@ TEST(CommandLine, TakesEverythingAtOnce) {
   EXPECT_EQ(options.resources, folder.path());
 }
 
+TEST(CommandLine, TakesRobotsThatAreReachedWithoutEncryption) {
+  const CommandLine options = parse({"--insecure-robot", "tam", "--robot", "other"});
+  EXPECT_EQ(options.robots, (std::vector<Ky::KyAddress>{{"other", 9559}, {"tam", 9559}}));
+  EXPECT_EQ(options.insecureRobots, (std::vector<Ky::KyAddress>{{"tam", 9559}}));
+  EXPECT_EQ(errorOf({"--insecure-robot", ""}),
+            "--insecure-robot: Type the robot's name or IP address.");
+}
+
 TEST(CommandLine, ExplainsItselfWithExamples) {
   const QString help = parse({"--help"}).answer;
-  for (const char* word : {"--robot", "--play", "--screenshot", "--quit-after", "--plugins",
-                           "--resources", "--report", "Examples:"})
+  for (const char* word : {"--robot", "--insecure-robot", "--play", "--screenshot", "--quit-after",
+                           "--plugins", "--resources", "--report", "Examples:"})
     EXPECT_TRUE(help.contains(word)) << word;
   EXPECT_TRUE(parse({"--version"}).answer.startsWith("lookout "));
 }

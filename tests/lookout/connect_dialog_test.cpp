@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -21,6 +22,7 @@ namespace {
 struct Dialog : ConnectDialog {
   QLineEdit* address = findChild<QLineEdit*>("address");
   QSpinBox* port = findChild<QSpinBox*>("port");
+  QCheckBox* unencrypted = findChild<QCheckBox*>("unencrypted");
   QListWidget* remembered = findChild<QListWidget*>("remembered");
   QPushButton* forget = findChild<QPushButton*>("forget");
   QLabel* error = findChild<QLabel*>("error");
@@ -48,6 +50,22 @@ TEST(RememberedRobots, DropsTheOldestOfTooMany) {
   EXPECT_EQ(RememberedRobots::all().last(), "robot:5");
 }
 
+TEST(RememberedRobots, RemembersWhichAreReachedWithoutEncryption) {
+  const SettingsOfTest settings;
+  QSettings().setValue("Robots/remembered", QStringList{"a:1"});  // as it was written before
+  EXPECT_FALSE(RememberedRobots::isUnencrypted("a:1"));
+  RememberedRobots::remember("a:1", true);
+  RememberedRobots::remember("b:2");
+  EXPECT_EQ(RememberedRobots::all(), (QStringList{"b:2", "a:1"}));
+  EXPECT_TRUE(RememberedRobots::isUnencrypted("a:1"));
+  EXPECT_FALSE(RememberedRobots::isUnencrypted("b:2"));
+  RememberedRobots::remember("a:1", false);
+  EXPECT_FALSE(RememberedRobots::isUnencrypted("a:1"));
+  RememberedRobots::remember("a:1", true);
+  RememberedRobots::forget("a:1");
+  EXPECT_FALSE(RememberedRobots::isUnencrypted("a:1"));
+}
+
 TEST(ConnectDialog, StartsWithThisComputerWhenNoRobotWasUsedYet) {
   const SettingsOfTest settings;
   const Dialog dialog;
@@ -69,6 +87,26 @@ TEST(ConnectDialog, OffersTheRobotsUsedBeforeTheLastOneFirst) {
   dialog.accept();
   EXPECT_EQ(dialog.result(), QDialog::Accepted);
   EXPECT_EQ(dialog.robot(), (Ky::KyAddress{"tam.local", 9559}));
+}
+
+TEST(ConnectDialog, KeepsTheEncryptionWithTheRobotForWhichItWasChosen) {
+  const SettingsOfTest settings;
+  RememberedRobots::remember("plain:9559", true);
+  RememberedRobots::remember("other:9559");
+  Dialog dialog;
+  EXPECT_FALSE(dialog.unencrypted->isChecked());
+  dialog.remembered->setCurrentRow(1);
+  EXPECT_TRUE(dialog.unencrypted->isChecked());
+  EXPECT_TRUE(dialog.isUnencrypted());
+  dialog.port->setValue(9560);
+  EXPECT_FALSE(dialog.unencrypted->isChecked());
+  dialog.address->setText("plain:9559");
+  EXPECT_TRUE(dialog.unencrypted->isChecked());
+  dialog.address->setText("new");
+  EXPECT_FALSE(dialog.unencrypted->isChecked());
+  dialog.unencrypted->click();
+  dialog.accept();
+  EXPECT_TRUE(dialog.isUnencrypted());
 }
 
 TEST(ConnectDialog, ForgetsTheSelectedRobot) {

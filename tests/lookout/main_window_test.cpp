@@ -13,6 +13,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStatusBar>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include "log/log_panel.h"
@@ -108,6 +109,32 @@ TEST(MainWindow, SaysInTheDockWhyARobotCannotBeReached) {
   robot.stop();
   RobotDock* dock = on.window.connectTo(robot.address());
   EXPECT_TRUE(waitUntil([&] { return placeholderOf(*dock).contains("nobody listens there"); }));
+}
+
+TEST(MainWindow, ReachesARobotWithoutKeysOnceThatIsChosen) {
+  const QTemporaryDir config;
+  qputenv("XDG_CONFIG_HOME", config.path().toLocal8Bit());
+  Ky::KyKeyStore(Ky::KyKeyStore::defaultFolder()).create();
+  const TcpRobot robot("0.0.0.0");
+  Window on;
+  const QPointer<RobotDock> first(on.window.connectTo(robot.address()));
+  EXPECT_TRUE(waitUntil(
+      [&] { return placeholderOf(*first).contains("connect to it without encryption"); }));
+  EXPECT_FALSE(first->isExposed());
+
+  QTimer::singleShot(0, [&] {
+    auto* dialog = QApplication::activeModalWidget();
+    dialog->findChild<QLineEdit*>("address")->setText(robot.name());
+    dialog->findChild<QCheckBox*>("unencrypted")->click();
+    QMetaObject::invokeMethod(dialog, "accept");
+  });
+  on.window.askForRobot();
+  EXPECT_TRUE(RememberedRobots::isUnencrypted(robot.name()));
+  ASSERT_EQ(on.window.robots().docks().size(), 1u);
+  const RobotDock* dock = on.window.robots().docks().front();
+  ASSERT_TRUE(Window::waitFor(*dock, State::Connected));
+  EXPECT_EQ(dock->windowTitle(), "working_plugin " + robot.name() + ", not encrypted");
+  EXPECT_TRUE(waitUntil([&] { return first.isNull(); }));
 }
 
 TEST(MainWindow, SaysInTheDockWhyThePluginFails) {

@@ -31,6 +31,15 @@ TEST(RobotBroker, UsesTheDesktopsKeysForOtherRobots) {
             Ky::KyKeyStore::defaultFolder());
 }
 
+TEST(RobotBroker, GoesWithoutKeysToTheOneAddressThatIsSaidToBeUnencrypted) {
+  const Desktop desktop(true);
+  Lookout::setUnencrypted({"10.0.0.1", 9559}, true);
+  EXPECT_FALSE(Lookout::robotBrokerOptions("name", {"10.0.0.1", 9559}).keys);
+  EXPECT_TRUE(Lookout::robotBrokerOptions("name", {"10.0.0.1", 9560}).keys);
+  Lookout::setUnencrypted({"10.0.0.1", 9559}, false);
+  EXPECT_TRUE(Lookout::robotBrokerOptions("name", {"10.0.0.1", 9559}).keys);
+}
+
 TEST(RobotBroker, GoesWithoutKeysWhenTheDesktopHasNone) {
   const Desktop desktop(false);
   EXPECT_FALSE(Lookout::robotBrokerOptions("name", {"10.0.0.1", 9559}).keys);

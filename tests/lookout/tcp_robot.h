@@ -3,13 +3,15 @@
 #pragma once
 
 #include <QString>
+#include <string>
 
 #include "ky/broker.h"
 
 // Thread-bound.
 class TcpRobot {
  public:
-  TcpRobot() { start(); }
+  // With "0.0.0.0" it counts as beyond loopback, and is reached over it; it has no keys.
+  explicit TcpRobot(const std::string& host = "127.0.0.1") : fAddress{host, 0} { start(); }
   ~TcpRobot() { stop(); }
 
   void stop() {
@@ -21,6 +23,7 @@ class TcpRobot {
     Ky::KyBrokerOptions options;
     options.name = "robot";
     options.listen = fAddress;
+    options.insecure = true;
     fBroker = Ky::KyBroker::create(std::move(options));
     fAddress = fBroker->address();
   }
@@ -29,6 +32,6 @@ class TcpRobot {
   QString name() const { return QString::fromStdString(fAddress.toString()); }
 
  private:
-  Ky::KyAddress fAddress{"127.0.0.1", 0};
+  Ky::KyAddress fAddress;
   boost::shared_ptr<Ky::KyBroker> fBroker;
 };

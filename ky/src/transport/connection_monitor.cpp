@@ -14,7 +14,9 @@ constexpr int kEvents = ZMQ_EVENT_CONNECTED | ZMQ_EVENT_DISCONNECTED | ZMQ_EVENT
 }  // namespace
 
 ConnectionMonitor::ConnectionMonitor(zmq::context_t& context, zmq::socket_t& socket)
-    : fWatched(socket), fEvents(context, zmq::socket_type::pair) {
+    : fWatched(socket),
+      fEvents(context, zmq::socket_type::pair),
+      fHasKeys(socket.get(zmq::sockopt::mechanism) == ZMQ_CURVE) {
   // Named after the socket, of which there is one at this place at a time.
   const std::string name =
       "inproc://monitor-" + std::to_string(reinterpret_cast<std::uintptr_t>(socket.handle()));
@@ -58,7 +60,8 @@ std::optional<ConnectionMonitor::Event> ConnectionMonitor::tell(std::uint16_t ev
     case ZMQ_EVENT_DISCONNECTED:
       return isExplained ? std::nullopt : std::optional(Event::Closed);
     default:
-      return Event::HandshakeFailed;
+      // The other side may hang up before it has said what it speaks, so more can't be known.
+      return fHasKeys ? Event::KeysUnwanted : Event::KeysWanted;
   }
 }
 
@@ -69,7 +72,13 @@ const char* describe(ConnectionMonitor::Event event) {
     case ConnectionMonitor::Event::NobodyListens:
       return "nobody listens there";
     case ConnectionMonitor::Event::KeyRefused:
-      return "it does not know this machine's key";
+      return "it does not know this machine's key: make it known there with 'ky keys trust'";
+    case ConnectionMonitor::Event::KeysWanted:
+      return "it is no robot, or one that wants keys: make them with 'ky keys make', and connect "
+             "with encryption";
+    case ConnectionMonitor::Event::KeysUnwanted:
+      return "it is no robot, or one without keys: if it was started with --insecure, connect "
+             "without encryption ('ky --insecure', or the box in Lookout's dialog)";
     case ConnectionMonitor::Event::HandshakeFailed:
       return "it is no robot, or one that wants keys or none";
   }

@@ -12,12 +12,20 @@ namespace Ky {
 // Thread-bound. Tells nothing about in-process connections: they have no events.
 class ConnectionMonitor {
  public:
+  // The socket has its keys already, if it gets any.
   ConnectionMonitor(zmq::context_t& context, zmq::socket_t& socket);
   ~ConnectionMonitor();
   ConnectionMonitor(const ConnectionMonitor&) = delete;
   ConnectionMonitor& operator=(const ConnectionMonitor&) = delete;
 
-  enum class Event { Closed, NobodyListens, KeyRefused, HandshakeFailed };
+  enum class Event {
+    Closed,
+    NobodyListens,
+    KeyRefused,
+    KeysWanted,    // or it is no robot; the same below
+    KeysUnwanted,  // we have keys, it has none
+    HandshakeFailed,
+  };
 
   zmq::socket_t& socket() { return fEvents; }
   // The next event that matters, or nothing.
@@ -28,6 +36,7 @@ class ConnectionMonitor {
 
   zmq::socket_t& fWatched;
   zmq::socket_t fEvents;
+  const bool fHasKeys;
   bool fExplained = false;  // of the attempt under way: why it failed has been told
 };
 

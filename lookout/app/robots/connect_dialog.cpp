@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "robots/connect_dialog.h"
 
+#include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -20,6 +21,8 @@ ConnectDialog::ConnectDialog(QWidget* parent)
     : QDialog(parent),
       fAddress(new QLineEdit(this)),
       fPort(new QSpinBox(this)),
+      fUnencrypted(
+          new QCheckBox(tr("&Without encryption (the robot was started with --insecure)"), this)),
       fError(new QLabel(this)),
       fRemembered(new QListWidget(this)),
       fForget(new QPushButton(tr("&Forget"), this)) {
@@ -58,10 +61,14 @@ QWidget* ConnectDialog::buildAddressRow() {
   fPort->setObjectName("port");
   fPort->setRange(1, 65535);
   fPort->setValue(Ky::kDefaultPort);
+  fUnencrypted->setObjectName("unencrypted");
+  connect(fAddress, &QLineEdit::textChanged, this, &ConnectDialog::showEncryption);
+  connect(fPort, &QSpinBox::valueChanged, this, &ConnectDialog::showEncryption);
   auto* layout = new QFormLayout(row);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addRow(tr("&Address:"), fAddress);
   layout->addRow(tr("&Port:"), fPort);
+  layout->addRow(fUnencrypted);
   const QStringList remembered = RememberedRobots::all();
   showRobot(remembered.isEmpty() ? "127.0.0.1" : remembered.first());
   fAddress->selectAll();
@@ -93,6 +100,21 @@ void ConnectDialog::showRobot(const QString& robot) {
     // Settings edited by hand: shown as they are, accept() tells.
     fAddress->setText(robot);
   }
+}
+
+// Follows the address, so that what was chosen for one robot never holds for another.
+void ConnectDialog::showEncryption() {
+  QString robot;
+  try {
+    robot = QString::fromStdString(robotAddress(fAddress->text(), fPort->value()).toString());
+  } catch (const Ky::KyError&) {
+    // Not typed to its end yet.
+  }
+  fUnencrypted->setChecked(RememberedRobots::isUnencrypted(robot));
+}
+
+bool ConnectDialog::isUnencrypted() const {
+  return fUnencrypted->isChecked();
 }
 
 void ConnectDialog::forgetSelected() {

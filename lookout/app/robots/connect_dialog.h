@@ -6,6 +6,7 @@
 
 #include "ky/address.h"
 
+class QCheckBox;
 class QLabel;
 class QLineEdit;
 class QListWidget;
@@ -14,8 +15,8 @@ class QSpinBox;
 
 namespace Lookout {
 
-// Address and port, and the robots used before to choose from or forget. Accepted only with an
-// address that can be used: robot(). GUI thread.
+// Address, port and encryption, and the robots used before to choose from or forget. Accepted only
+// with an address that can be used: robot(). GUI thread.
 class ConnectDialog : public QDialog {
   Q_OBJECT
 
@@ -23,6 +24,8 @@ class ConnectDialog : public QDialog {
   explicit ConnectDialog(QWidget* parent = nullptr);
 
   const Ky::KyAddress& robot() const { return fRobot; }
+  // The robot was started with --insecure.
+  bool isUnencrypted() const;
 
  public slots:
   // Says what is wrong with the address instead of closing.
@@ -32,12 +35,14 @@ class ConnectDialog : public QDialog {
   void buildList();
   QWidget* buildAddressRow();
   void showRobot(const QString& robot);
+  void showEncryption();
   void forgetSelected();
   void updateForget();
 
   Ky::KyAddress fRobot;
   QLineEdit* fAddress;
   QSpinBox* fPort;
+  QCheckBox* fUnencrypted;
   QLabel* fError;
   QListWidget* fRemembered;
   QPushButton* fForget;

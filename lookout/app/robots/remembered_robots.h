@@ -6,15 +6,17 @@
 
 namespace Lookout {
 
-// "HOST:PORT" texts, the most recent first, at most 20. GUI thread; reads and writes the
-// application's QSettings at each call.
+// "HOST:PORT" texts, the most recent first, at most 20, and which of them are reached without
+// encryption. GUI thread; reads and writes the application's QSettings at each call.
 class RememberedRobots {
  public:
   static constexpr int kMost = 20;
 
   static QStringList all();
+  // False also for robots that are not remembered.
+  static bool isUnencrypted(const QString& robot);
   // Moves it to the front, or adds it there.
-  static void remember(const QString& robot);
+  static void remember(const QString& robot, bool unencrypted = false);
   static void forget(const QString& robot);
 };
 

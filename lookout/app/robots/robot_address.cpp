@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "robots/robot_address.h"
 
+#include "lookout/robot_broker.h"
+
 namespace Lookout {
 
 Ky::KyAddress robotAddress(const QString& text, int port) {
@@ -11,6 +13,10 @@ Ky::KyAddress robotAddress(const QString& text, int port) {
   if (address.port == 0)
     throw Ky::KyError("'" + typed + "' is no robot's address: robots listen on ports 1 to 65535");
   return address;
+}
+
+bool isExposed(const Ky::KyAddress& robot) {
+  return !robot.isLoopback() && !robotBrokerOptions({}, robot).keys;
 }
 
 }  // namespace Lookout

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "robots/lost_veil.h"
+#include "robots/robot_address.h"
 #include "robots/status_line.h"
 
 namespace Lookout {
@@ -26,6 +27,7 @@ RobotDock::RobotDock(const Plugin& plugin, std::optional<Ky::KyAddress> robot, c
   fSession = std::make_unique<RobotSession>(*plugin.interface, std::move(robot),
                                             icons.toStdString(), *fScroll, closer);
   setObjectName("robot " + name());
+  updateExposed();
   connect(fSession.get(), &RobotSession::widgetMade, this, &RobotDock::showWidget);
   connect(fSession.get(), &RobotSession::changed, this, &RobotDock::showState);
   connect(fSession.get(), &RobotSession::closed, this, &RobotDock::closed);
@@ -76,6 +78,15 @@ QString RobotDock::name() const {
   return (fPluginName + " " + robotName()).trimmed();
 }
 
+QString RobotDock::title() const {
+  return fExposed ? tr("%1, not encrypted").arg(name()) : name();
+}
+
+// To be called when a connection has just been made.
+void RobotDock::updateExposed() {
+  fExposed = fSession->robot() && Lookout::isExposed(*fSession->robot());
+}
+
 QSize RobotDock::wantedSize() const {
   const QWidget* shown = fScroll->widget();
   if (shown == nullptr) return size();
@@ -85,6 +96,7 @@ QSize RobotDock::wantedSize() const {
 }
 
 void RobotDock::showWidget(QWidget* widget) {
+  updateExposed();
   fScroll->setWidget(widget);
   widget->show();
   fPages->setCurrentWidget(fScroll);
@@ -94,10 +106,10 @@ void RobotDock::showWidget(QWidget* widget) {
 void RobotDock::showState() {
   const State state = fSession->state();
   const QString& problem = fSession->problem();
-  setWindowTitle(state == State::Lost         ? tr("%1 (connection lost)").arg(name())
-                 : state == State::Silent     ? tr("%1 (silent)").arg(name())
-                 : state == State::Connecting ? tr("%1 (connecting)").arg(name())
-                                              : name());
+  setWindowTitle(state == State::Lost         ? tr("%1 (connection lost)").arg(title())
+                 : state == State::Silent     ? tr("%1 (silent)").arg(title())
+                 : state == State::Connecting ? tr("%1 (connecting)").arg(title())
+                                              : title());
   if (state == State::Connecting) {
     const QString doing = fSession->robot() ? tr("Connecting to %1...").arg(robotName())
                                             : tr("Opening %1...").arg(fPluginName);

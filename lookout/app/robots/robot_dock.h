@@ -35,6 +35,8 @@ class RobotDock : public QDockWidget {
   QString robotName() const;
   // "PLUG-IN HOST:PORT"
   QString name() const;
+  // Whether the connection crosses a network without encryption; its title says so.
+  bool isExposed() const { return fExposed; }
   // The size in which it shows its widget whole.
   QSize wantedSize() const;
 
@@ -48,12 +50,15 @@ class RobotDock : public QDockWidget {
 
  private:
   void buildBody();
+  QString title() const;
+  void updateExposed();
   void showWidget(QWidget* widget);
   void showState();
   void measure();
   void showStatus();
 
   const QString fPluginName;
+  bool fExposed = false;
   QStackedWidget* fPages = nullptr;
   QLabel* fPlaceholder = nullptr;
   QScrollArea* fScroll = nullptr;

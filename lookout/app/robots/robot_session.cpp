@@ -68,7 +68,9 @@ void RobotSession::startProbe() {
   try {
     fProbe = Ky::KyBroker::create(std::move(options));
   } catch (const Ky::KyError& error) {
-    fail(QString::fromUtf8(error.what()));
+    // Nothing has been sent yet, so it is about the keys.
+    fail(QString::fromUtf8(error.what()) +
+         tr(". If the robot was started with --insecure, connect to it without encryption."));
     return;
   }
   fProbeCheck.start();

@@ -10,9 +10,11 @@
 #include <QStatusBar>
 
 #include "log/log_panel.h"
+#include "lookout/robot_broker.h"
 #include "plugins/plugins_dialog.h"
 #include "robots/connect_dialog.h"
 #include "robots/remembered_robots.h"
+#include "robots/robot_address.h"
 #include "robots/robot_dock.h"
 #include "window/preferences_dialog.h"
 #include "window/robot_area.h"
@@ -47,15 +49,20 @@ MainWindow::~MainWindow() {
 void MainWindow::askForRobot() {
   ConnectDialog dialog(this);
   if (dialog.exec() != QDialog::Accepted) return;
-  RememberedRobots::remember(QString::fromStdString(dialog.robot().toString()));
+  RememberedRobots::remember(QString::fromStdString(dialog.robot().toString()),
+                             dialog.isUnencrypted());
+  setUnencrypted(dialog.robot(), dialog.isUnencrypted());
   connectTo(dialog.robot());
 }
 
 RobotDock* MainWindow::connectTo(const Ky::KyAddress& robot) {
   const QString name = QString::fromStdString(robot.toString());
   if (RobotDock* present = fRobots->find(name)) {
-    present->raise();
-    return present;
+    if (present->isExposed() == isExposed(robot)) {
+      present->raise();
+      return present;
+    }
+    present->close();
   }
   const Plugin* plugin = fCatalog->forRobots();
   if (plugin == nullptr) {

@@ -30,7 +30,8 @@ class MainWindow : public QMainWindow {
   ~MainWindow() override;
 
   // Docks a robot and returns at once; the connection is made later. A robot that is docked
-  // already is brought to the front. Null when no plug-in shows robots: a message says so.
+  // already is brought to the front, or docked anew when it is to be encrypted now and was not, or
+  // the other way round. Null when no plug-in shows robots: a message says so.
   RobotDock* connectTo(const Ky::KyAddress& robot);
   // Docks a widget that needs no robot.
   RobotDock* open(const Plugin& plugin);
