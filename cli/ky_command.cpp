@@ -2,7 +2,10 @@
 #include "cli/ky_command.h"
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
+#include <cstring>
 #include <ostream>
+#include <string>
 
 #include "cli/commands.h"
 #include "ky/error.h"
@@ -28,9 +31,7 @@ Examples:
 
 docs/howto/ tells more.)";
 
-}  // namespace
-
-int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
+int runCommand(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
   zu::log::setConsoleLevel(zu::log::Level::error);
   CLI::App app("A robot's modules, memory and the keys to it, from a shell.", "ky");
   app.set_version_flag("--version", std::string("ky ") + KY_CLI_VERSION);
@@ -56,6 +57,24 @@ int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err)
     err << "ky: " << (error.module() == kBrokerName ? error.what() : error.toString()) << "\n";
     return 1;
   }
+}
+
+// Empty when all that was written to `out` has arrived.
+std::string problemOf(std::ostream& out) {
+  errno = 0;
+  if (out.flush()) return {};
+  // What was written earlier and failed then has left no reason.
+  return errno != 0 ? std::strerror(errno) : "perhaps the disk is full";
+}
+
+}  // namespace
+
+int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
+  const int code = runCommand(argc, argv, out, err);
+  const std::string problem = problemOf(out);
+  if (problem.empty()) return code;
+  err << "ky: can't write the output: " << problem << "\n";
+  return code != 0 ? code : 1;
 }
 
 }  // namespace cli

@@ -13,7 +13,7 @@ class WrongUse : public std::runtime_error {
 };
 
 // Runs one command line. Results go to `out`, what is wrong to `err`. Returns the exit code: 0, 1
-// when the command failed, 2 when the command line is wrong.
+// when the command failed or `out` took not all of its results, 2 when the command line is wrong.
 int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err);
 
 }  // namespace cli

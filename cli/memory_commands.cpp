@@ -71,7 +71,7 @@ void watch(const Options& options, std::ostream& out) {
   Memory memory(options);
   std::optional<Ky::KyValue> last;
   const auto pause = std::chrono::milliseconds(std::max(1, static_cast<int>(options.every * 1000)));
-  for (int printed = 0; options.count == 0 || printed < options.count;) {
+  for (int printed = 0; out && (options.count == 0 || printed < options.count);) {
     const auto value = find(memory.proxy, options.key);
     if (value && value != last) {
       out << toJson(*value) << std::endl;
