@@ -97,6 +97,14 @@ TEST(Loss, AWrongPortIsToldAtOnce) {
                 ": nobody listens there");
 }
 
+TEST(Loss, ANameThatNoComputerHasIsTold) {
+  KyBrokerOptions options = desktopOptions(9559);
+  // Longer than a name may be, so that no name server is waited for.
+  options.parent->host = std::string(70, 'x');
+  const std::string error = errorOfCall([&] { KyBroker::create(options); });
+  EXPECT_NE(error.find("xx:9559: no computer of this name is found"), std::string::npos) << error;
+}
+
 TEST(Loss, APortThatIsTakenIsTold) {
   const auto robot = KyBroker::create(robotOptions());
   const std::string error =

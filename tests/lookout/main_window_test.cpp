@@ -111,6 +111,12 @@ TEST(MainWindow, SaysInTheDockWhyARobotCannotBeReached) {
   EXPECT_TRUE(waitUntil([&] { return placeholderOf(*dock).contains("nobody listens there"); }));
 }
 
+TEST(MainWindow, SaysInTheDockThatThereIsNoComputerOfThatName) {
+  Window on;
+  const RobotDock* dock = on.window.connectTo({std::string(70, 'x'), 9559});
+  EXPECT_TRUE(waitUntil([&] { return placeholderOf(*dock).contains("no computer of this name"); }));
+}
+
 TEST(MainWindow, ReachesARobotWithoutKeysOnceThatIsChosen) {
   const QTemporaryDir config;
   qputenv("XDG_CONFIG_HOME", config.path().toLocal8Bit());

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "transport/connection_monitor.h"
 
+#include <arpa/inet.h>
+
 #include <cstdint>
 #include <cstring>
 
@@ -8,8 +10,18 @@ namespace Ky {
 namespace {
 
 constexpr int kEvents = ZMQ_EVENT_CONNECTED | ZMQ_EVENT_DISCONNECTED | ZMQ_EVENT_CONNECT_RETRIED |
+                        ZMQ_EVENT_CONNECT_DELAYED | ZMQ_EVENT_CLOSED |
                         ZMQ_EVENT_HANDSHAKE_FAILED_AUTH | ZMQ_EVENT_HANDSHAKE_FAILED_PROTOCOL |
                         ZMQ_EVENT_HANDSHAKE_FAILED_NO_DETAIL;
+
+// Of "tcp://HOST:PORT".
+bool namesAHost(const std::string& endpoint) {
+  const std::string protocol = "tcp://";
+  if (!endpoint.starts_with(protocol)) return false;
+  const std::string host = endpoint.substr(protocol.size(), endpoint.rfind(':') - protocol.size());
+  in_addr address{};
+  return !host.starts_with('[') && inet_pton(AF_INET, host.c_str(), &address) != 1;
+}
 
 }  // namespace
 
@@ -40,12 +52,21 @@ std::optional<ConnectionMonitor::Event> ConnectionMonitor::next() {
     if (event.size() < sizeof(std::uint16_t)) continue;
     std::uint16_t number = 0;
     std::memcpy(&number, event.data(), sizeof number);
-    if (const auto told = tell(number)) return told;
+    if (const auto told = tell(number, address.to_string())) return told;
   }
 }
 
-// One failed attempt brings several events, of which only the first tells why.
-std::optional<ConnectionMonitor::Event> ConnectionMonitor::tell(std::uint16_t event) {
+// One failed attempt brings several events, of which only the first tells why. ZeroMQ, which looks
+// names up on a thread of its own, makes a socket only when it has found an address: an attempt
+// that ends before there was one has found none.
+std::optional<ConnectionMonitor::Event> ConnectionMonitor::tell(std::uint16_t event,
+                                                                const std::string& endpoint) {
+  if (event == ZMQ_EVENT_CONNECT_DELAYED || event == ZMQ_EVENT_CLOSED) {
+    fHasSocket = true;
+    return std::nullopt;
+  }
+  const bool hadSocket = fHasSocket;
+  fHasSocket = false;
   const bool isExplained = fExplained;
   fExplained = true;
   switch (event) {
@@ -54,7 +75,8 @@ std::optional<ConnectionMonitor::Event> ConnectionMonitor::tell(std::uint16_t ev
       return std::nullopt;
     case ZMQ_EVENT_CONNECT_RETRIED:
       fExplained = false;
-      return isExplained ? std::nullopt : std::optional(Event::NobodyListens);
+      if (isExplained) return std::nullopt;
+      return hadSocket || !namesAHost(endpoint) ? Event::NobodyListens : Event::NameUnknown;
     case ZMQ_EVENT_HANDSHAKE_FAILED_AUTH:
       return Event::KeyRefused;
     case ZMQ_EVENT_DISCONNECTED:
@@ -69,6 +91,8 @@ const char* describe(ConnectionMonitor::Event event) {
   switch (event) {
     case ConnectionMonitor::Event::Closed:
       return "the connection was closed";
+    case ConnectionMonitor::Event::NameUnknown:
+      return "no computer of this name is found: check the name, or give the IP address";
     case ConnectionMonitor::Event::NobodyListens:
       return "nobody listens there";
     case ConnectionMonitor::Event::KeyRefused:

@@ -20,6 +20,7 @@ class ConnectionMonitor {
 
   enum class Event {
     Closed,
+    NameUnknown,
     NobodyListens,
     KeyRefused,
     KeysWanted,    // or it is no robot; the same below
@@ -32,12 +33,14 @@ class ConnectionMonitor {
   std::optional<Event> next();
 
  private:
-  std::optional<Event> tell(std::uint16_t event);
+  std::optional<Event> tell(std::uint16_t event, const std::string& endpoint);
 
   zmq::socket_t& fWatched;
   zmq::socket_t fEvents;
   const bool fHasKeys;
-  bool fExplained = false;  // of the attempt under way: why it failed has been told
+  // Of the attempt under way:
+  bool fHasSocket = false;
+  bool fExplained = false;  // why it failed has been told
 };
 
 // For people.
