@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <iomanip>
 
 #include "ky/error.h"
 
@@ -22,6 +23,8 @@ constexpr const char* kOwnSecret = "own.secret";
 constexpr const char* kOwnPublic = "own.public";
 constexpr const char* kKnown = "known";
 constexpr const char* kPublic = ".public";
+constexpr const char* kHowToMake = "make keys with 'ky keys make'";
+constexpr const char* kHowToTrust = "write it with 'ky keys trust'";
 
 void writeNew(const std::filesystem::path& file, const std::string& text, mode_t mode) {
   const int fd = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
@@ -33,11 +36,15 @@ void writeNew(const std::filesystem::path& file, const std::string& text, mode_t
     throw KyError("can't write " + file.string() + ": " + std::strerror(problem));
 }
 
-std::string readKey(const std::filesystem::path& file) {
-  std::ifstream stream(file);
+// A longer word than a key is not read to its end.
+std::string readKey(const std::filesystem::path& file, const std::string& advice) {
+  std::error_code problem;
+  std::ifstream stream;
+  // Nothing that it would be waited for.
+  if (std::filesystem::is_regular_file(file, problem)) stream.open(file);
   std::string key;
-  if (!(stream >> key))
-    throw KyError("can't read the key in " + file.string() + ": make keys with 'ky keys make'");
+  if (!stream.is_open() || !(stream >> std::setw(kKeyText + 1) >> key))
+    throw KyError("can't read the key in " + file.string() + ": " + advice);
   try {
     requireKey(key);
   } catch (const KyError& error) {
@@ -81,6 +88,10 @@ std::filesystem::path KyKeyStore::defaultFolder() {
   return std::filesystem::path(home != nullptr ? home : "/") / ".config" / "ky" / "keys";
 }
 
+std::filesystem::path KyKeyStore::knownFolder() const {
+  return fFolder / kKnown;
+}
+
 bool KyKeyStore::exists() const {
   return std::filesystem::exists(fFolder / kOwnSecret);
 }
@@ -96,7 +107,7 @@ KyKeyPair KyKeyStore::create() {
 }
 
 KyKeyPair KyKeyStore::own() const {
-  return {readKey(fFolder / kOwnPublic), readKey(fFolder / kOwnSecret)};
+  return {readKey(fFolder / kOwnPublic, kHowToMake), readKey(fFolder / kOwnSecret, kHowToMake)};
 }
 
 void KyKeyStore::add(const std::string& name, const std::string& publicKey) {
@@ -105,22 +116,38 @@ void KyKeyStore::add(const std::string& name, const std::string& publicKey) {
   std::error_code problem;
   std::filesystem::create_directories(fFolder / kKnown, problem);
   const auto file = fFolder / kKnown / (name + kPublic);
-  std::ofstream stream(file, std::ios::trunc);
+  const auto fresh = fFolder / kKnown / (name + ".new");
+  std::ofstream stream(fresh, std::ios::trunc);
   stream << publicKey << '\n';
-  if (!stream.flush()) throw KyError("can't write " + file.string() + ": " + std::strerror(errno));
+  if (!stream.flush()) throw KyError("can't write " + fresh.string() + ": " + std::strerror(errno));
+  std::filesystem::rename(fresh, file, problem);
+  if (problem) throw KyError("can't write " + file.string() + ": " + problem.message());
 }
 
 std::string KyKeyStore::known(const std::string& name) const {
   requireName(name);
   const auto file = fFolder / kKnown / (name + kPublic);
-  return std::filesystem::exists(file) ? readKey(file) : "";
+  return std::filesystem::exists(file) ? readKey(file, kHowToTrust) : "";
 }
 
 std::vector<std::string> KyKeyStore::knownKeys() const {
+  std::vector<std::string> problems;
+  std::vector<std::string> keys = knownKeys(problems);
+  if (!problems.empty()) throw KyError(problems.front());
+  return keys;
+}
+
+std::vector<std::string> KyKeyStore::knownKeys(std::vector<std::string>& problems) const {
   std::vector<std::string> keys;
   std::error_code problem;
-  for (const auto& entry : std::filesystem::directory_iterator(fFolder / kKnown, problem))
-    if (entry.path().extension() == kPublic) keys.push_back(readKey(entry.path()));
+  std::filesystem::directory_iterator entry(knownFolder(), problem);
+  for (; !problem && entry != std::filesystem::directory_iterator(); entry.increment(problem)) try {
+      if (entry->path().extension() == kPublic) keys.push_back(readKey(entry->path(), kHowToTrust));
+    } catch (const KyError& error) {
+      problems.emplace_back(error.what());
+    }
+  if (problem && problem != std::errc::no_such_file_or_directory)
+    throw KyError("can't read " + knownFolder().string() + ": " + problem.message());
   return keys;
 }
 

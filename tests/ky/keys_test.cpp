@@ -3,12 +3,16 @@
 #include "ky/keys.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
 #include "ky/broker.h"
 #include "support/log_capture.h"
+#include "support/wait.h"
+#include "transport/known_keys.h"
 
 using namespace Ky;
 namespace fs = std::filesystem;
@@ -89,6 +93,97 @@ TEST_F(Keys, AStrangerGetsNothingButARefusal) {
   ASSERT_FALSE(log.lines("ky").empty());
   EXPECT_TRUE(log.lines("ky").front().starts_with("warning authenticate: refused a peer"));
   robot->shutdown();
+}
+
+// A robot with keys, and a desktop with keys of its own that knows the robot's.
+class KeysOfARobotThatRuns : public Keys {
+ protected:
+  ~KeysOfARobotThatRuns() override {
+    if (robot) robot->shutdown();
+  }
+  void start() {
+    KyBrokerOptions options = robotOptions();
+    options.keys = robotKeys.folder();
+    robot = KyBroker::create(options);
+    peer = desktopOptions(*robot);
+    peer.keys = desktopKeys.folder();
+    desktopKeys.add(peer.parent->toString(), robotKeys.own().publicKey);
+  }
+  bool isRefused() const {
+    return errorOf(peer).find("know this machine's key") != std::string::npos;
+  }
+  fs::path known(const std::string& name) const { return robotKeys.knownFolder() / name; }
+
+  KyKeyStore robotKeys{folder / "robot"};
+  KyKeyStore desktopKeys{folder / "desktop"};
+  const KyKeyPair robotsOwn = robotKeys.create();
+  const KyKeyPair desktopsOwn = desktopKeys.create();
+  boost::shared_ptr<KyBroker> robot;
+  KyBrokerOptions peer;
+};
+
+TEST_F(KeysOfARobotThatRuns, CountAsSoonAsTheyAreAddedOrRemoved) {
+  start();
+  EXPECT_TRUE(isRefused());
+  robotKeys.add("desktop", desktopsOwn.publicKey);
+  EXPECT_EQ(errorOf(peer), "no error");
+  robotKeys.add("desktop", KyKeyPair::generate().publicKey);
+  EXPECT_TRUE(isRefused());
+  robotKeys.add("desktop", desktopsOwn.publicKey);
+  EXPECT_EQ(errorOf(peer), "no error");
+  fs::remove(known("desktop.public"));
+  EXPECT_TRUE(isRefused());
+}
+
+// Faster than the file system's clock ticks.
+TEST_F(Keys, AreAllKnownAtOnceWhenTheyAreAddedInARow) {
+  KyKeyStore store(folder / "robot");
+  store.create();
+  KnownKeys known(store);
+  for (int i = 0; i < 40; ++i) {
+    const std::string key = KyKeyPair::generate().publicKey;
+    EXPECT_FALSE(known.contains(key));
+    store.add("desktop" + std::to_string(i), key);
+    EXPECT_TRUE(known.contains(key)) << i;
+  }
+}
+
+TEST_F(KeysOfARobotThatRuns, CountSoonWhenTheirFilesAreEdited) {
+  robotKeys.add("desktop", robotsOwn.publicKey);
+  start();
+  EXPECT_TRUE(isRefused());
+  std::ofstream(known("desktop.public")) << desktopsOwn.publicKey;
+  EXPECT_TRUE(waitUntil([&] { return !isRefused(); }));
+}
+
+TEST_F(KeysOfARobotThatRuns, LockNobodyOutWhenOneOfThemIsBroken) {
+  std::ofstream(known("nonsense.public")) << "nonsense";
+  std::ofstream(known("long.public")) << std::string(1 << 20, 'x');
+  robotKeys.add("desktop", desktopsOwn.publicKey);
+  const LogCapture log;
+  start();
+  EXPECT_EQ(errorOf(peer), "no error");
+  fs::create_directory(known("folder.public"));
+  ASSERT_EQ(::mkfifo(known("pipe.public").c_str(), 0600), 0);
+  EXPECT_EQ(errorOf(peer), "no error");
+  EXPECT_EQ(errorOf(peer), "no error");
+  for (const char* name : {"nonsense", "long", "folder", "pipe"}) {
+    const auto lines = log.lines("ky");
+    EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                            [&](const std::string& line) {
+                              return line.find(std::string(name) + ".public: ") != line.npos;
+                            }),
+              1)
+        << name;
+  }
+}
+
+TEST_F(KeysOfARobotThatRuns, AreGoneWithTheirFolder) {
+  robotKeys.add("desktop", desktopsOwn.publicKey);
+  start();
+  EXPECT_EQ(errorOf(peer), "no error");
+  fs::remove_all(robotKeys.knownFolder());
+  EXPECT_TRUE(isRefused());
 }
 
 TEST_F(Keys, ADesktopWithKeysSaysHowToReachARobotThatHasNone) {

@@ -31,15 +31,20 @@ class KyKeyStore {
   static std::filesystem::path defaultFolder();
 
   const std::filesystem::path& folder() const { return fFolder; }
+  std::filesystem::path knownFolder() const;
   bool exists() const;
   // Makes the folder and its own pair. Never overwrites a pair.
   KyKeyPair create();
   KyKeyPair own() const;
-  // Stores a peer's public key under a name of letters, digits, '.', '_', ':' and '-'.
+  // Stores a peer's public key under a name of letters, digits, '.', '_', ':' and '-', in place of
+  // the one of before. Whoever reads meanwhile finds one of the two.
   void add(const std::string& name, const std::string& publicKey);
   // Empty when there is none of that name.
   std::string known(const std::string& name) const;
   std::vector<std::string> knownKeys() const;
+  // Leaves out the keys that can't be read and says in `problems` which and why, instead of
+  // throwing.
+  std::vector<std::string> knownKeys(std::vector<std::string>& problems) const;
 
  private:
   std::filesystem::path fFolder;

@@ -34,7 +34,7 @@ void MainBroker::useKeys() {
   }
   const KyKeyStore store(*fOptions.keys);
   const KyKeyPair own = store.own();
-  fAuthenticator.emplace(context(), store.knownKeys());
+  fAuthenticator.emplace(context(), store);
   fSocket.set(zmq::sockopt::curve_server, true);
   fSocket.set(zmq::sockopt::curve_secretkey, own.secretKey);
 }

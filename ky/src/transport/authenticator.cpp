@@ -2,6 +2,8 @@
 #include "transport/authenticator.h"
 
 #include <array>
+#include <string>
+#include <vector>
 
 #include "zu/log.h"
 
@@ -22,8 +24,8 @@ std::string publicKeyOf(const std::vector<zmq::message_t>& request) {
 
 }  // namespace
 
-Authenticator::Authenticator(zmq::context_t& context, const std::vector<std::string>& known)
-    : fSocket(context, zmq::socket_type::rep), fKnown(known.begin(), known.end()) {
+Authenticator::Authenticator(zmq::context_t& context, const KyKeyStore& store)
+    : fSocket(context, zmq::socket_type::rep), fKnown(store) {
   fSocket.set(zmq::sockopt::linger, 0);
   fSocket.bind("inproc://zeromq.zap.01");
 }

@@ -2,10 +2,9 @@
 // Lets in who has a known key: the handler's side of ZAP (https://rfc.zeromq.org/spec/27/).
 #pragma once
 
-#include <set>
-#include <string>
-#include <vector>
 #include <zmq.hpp>
+
+#include "transport/known_keys.h"
 
 namespace Ky {
 
@@ -13,8 +12,8 @@ namespace Ky {
 // context that want keys are bound.
 class Authenticator {
  public:
-  // `known` are public keys in Z85 text.
-  Authenticator(zmq::context_t& context, const std::vector<std::string>& known);
+  // Who comes is let in when `store` knows the key at that time; who is in stays.
+  Authenticator(zmq::context_t& context, const KyKeyStore& store);
 
   zmq::socket_t& socket() { return fSocket; }
   // Answers every request that waits.
@@ -22,7 +21,7 @@ class Authenticator {
 
  private:
   zmq::socket_t fSocket;
-  std::set<std::string> fKnown;
+  KnownKeys fKnown;
 };
 
 }  // namespace Ky
