@@ -73,8 +73,11 @@ void requireKey(const std::string& text) {
 KyKeyPair KyKeyPair::generate() {
   std::array<char, kKeyText + 1> publicKey{};
   std::array<char, kKeyText + 1> secretKey{};
-  if (zmq_curve_keypair(publicKey.data(), secretKey.data()) != 0)
-    throw KyError("can't make keys: this machine's ZeroMQ has no encryption");
+  do {
+    if (zmq_curve_keypair(publicKey.data(), secretKey.data()) != 0)
+      throw KyError("can't make keys: this machine's ZeroMQ has no encryption");
+    // 'ky keys trust NAME KEY' would take it for an option.
+  } while (publicKey[0] == '-');
   return {publicKey.data(), secretKey.data()};
 }
 

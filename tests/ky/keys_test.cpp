@@ -221,6 +221,10 @@ TEST_F(Keys, AStoreNeverOverwritesItsPair) {
             fs::perms::owner_read | fs::perms::owner_write);
 }
 
+TEST_F(Keys, NeverLookLikeAnOptionOfACommand) {
+  for (int i = 0; i < 1000; ++i) ASSERT_NE(KyKeyPair::generate().publicKey[0], '-') << i;
+}
+
 TEST_F(Keys, AStoreRefusesWhatIsNoKeyAndNoName) {
   KyKeyStore store(folder / "keys");
   const std::string key = KyKeyPair::generate().publicKey;
