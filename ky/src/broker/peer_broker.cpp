@@ -245,9 +245,9 @@ void PeerBroker::handleEvent(ConnectionMonitor::Event event) {
   }
   // The connection on which hello was said may be gone: say it again on the next.
   fLastHello = {};
-  // ZeroMQ tries again by itself only while nobody listens; after a handshake that failed it is
+  // ZeroMQ tries again by itself only while there is nobody; after a handshake that failed it is
   // done with this socket.
-  if (event != Event::NobodyListens)
+  if (event != Event::NobodyListens && event != Event::NameUnknown)
     fReopenAt = std::chrono::steady_clock::now() + fOptions.patience.reconnectMin;
   // Whoever hangs up before the welcome is as good as one who fails the handshake.
   fState.setProblem(describe(event == Event::Closed ? Event::HandshakeFailed : event), true);
