@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "viewer/core/module.h"
+#include "viewer/settings/wheel_focus.h"
 
 namespace {
 
@@ -61,6 +62,7 @@ QLayout* QCustomSlider::init() {
   fSlider = new QSlider(Qt::Horizontal, fParent);
   fSlider->setMinimumWidth(kLeastSliderWidth);
   fSlider->setAccessibleName(QString::fromStdString(fName));
+  needFocusForWheel(*fSlider);
   row->addWidget(fSlider);
   fSlider->setEnabled(fActivation);
   fSlider->setRange(fMinimum, fMaximum);

@@ -14,6 +14,7 @@
 #include "ky/video_device_proxy.h"
 #include "viewer/core/module.h"
 #include "viewer/settings/text_size.h"
+#include "viewer/settings/wheel_focus.h"
 
 using enum Ky::CameraParameter;
 
@@ -75,6 +76,7 @@ void VideoSettingsWidget::xAddResolution(QBoxLayout* layout) {
   fResolution = new QComboBox(this);
   label->setBuddy(fResolution);
   fResolution->setAccessibleName("resolution");
+  needFocusForWheel(*fResolution);
   const int last = fCameraModel == 2 ? 3 : 2;
   for (int index = 0; index <= last; ++index)
     fResolution->addItem(QString::fromStdString(Model::resolutionToString(index)));
