@@ -12,6 +12,7 @@
 #include "ky/video_device_proxy.h"
 #include "viewer/core/gc_interface.h"
 #include "viewer/core/model.h"
+#include "viewer/core/photo_report.h"
 
 // The robot's folder for photos and films.
 inline const std::string kRecordPath = "/home/tam/recordings/cameras/";
@@ -70,6 +71,8 @@ class Module : public Ky::KyModule {
 
   // recording/: takes a photo on the robot.
   void takePicture();
+  // What came of the last takePicture().
+  const PhotoReport& lastPhoto() const { return fLastPhoto; }
   // Starts or stops a recording on the robot; `recorded` tells that one was stopped and reported.
   // Throws Ky::KyError for a name that is no name.
   void toggleVideoRecord(const std::string& name, int framerate, bool& recorded);
@@ -82,4 +85,5 @@ class Module : public Ky::KyModule {
   unsigned char* fConvertBuffer = nullptr;
   std::list<std::string> fActiveExtractors;
   std::string fRefusal;  // why the last new key is not watched; the call thread's own
+  PhotoReport fLastPhoto;
 };

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Photos and films on the robot: by the service made for it, or by the older toolbox.
+#include <optional>
+#include <string>
+
 #include "ky/photo_capture_proxy.h"
 #include "ky/video_recorder_proxy.h"
 #include "ky/vision_toolbox_proxy.h"
@@ -21,23 +24,24 @@ void warnOfFallback(const char* method, const char* service, const Ky::KyError& 
   zu::log::warning("periscope", method) << "Trying to use KyVisionToolbox instead...";
 }
 
-// Runs `use` on the toolbox. False, and a line in the log, when there is none or `use` fails.
+// Runs `use` on the toolbox. Why it was in vain, and a line in the log, when there is none or `use`
+// fails.
 template <class Use>
-bool withToolbox(const boost::shared_ptr<Ky::KyBroker>& broker, const char* method,
-                 const char* failure, Use use) {
+std::optional<std::string> withToolbox(const boost::shared_ptr<Ky::KyBroker>& broker,
+                                       const char* method, const char* failure, Use use) {
   boost::shared_ptr<Ky::KyVisionToolboxProxy> toolbox;
   try {
     toolbox.reset(new Ky::KyVisionToolboxProxy(broker));
   } catch (const Ky::KyError& error) {
     logError(method, "Error while getting proxy on KyVisionToolbox: ", error);
-    return false;
+    return error.toString();
   }
   try {
     use(*toolbox);
-    return true;
+    return std::nullopt;
   } catch (const Ky::KyError& error) {
     logError(method, failure, error);
-    return false;
+    return error.what();
   }
 }
 
@@ -47,10 +51,10 @@ void startRecording(const boost::shared_ptr<Ky::KyBroker>& broker, VideoRecorder
     recorder.fIsRecording = true;
   } catch (const Ky::KyError& error) {
     warnOfFallback("toggleVideoRecord", "KyVideoRecorder", error);
-    recorder.fIsRecording = withToolbox(broker, "toggleVideoRecord",
-                                        "Unable to start video record: ", [&](auto& toolbox) {
-                                          toolbox.startVideoRecord(recorder.fRecordName);
-                                        });
+    recorder.fIsRecording = !withToolbox(broker, "toggleVideoRecord",
+                                         "Unable to start video record: ", [&](auto& toolbox) {
+                                           toolbox.startVideoRecord(recorder.fRecordName);
+                                         });
   }
 }
 
@@ -84,22 +88,30 @@ bool takeReport(const Ky::KyValue& result, VideoRecorderModel& recorder) {
   return true;
 }
 
+// Empty when the service did not tell.
+std::string pathOf(const Ky::KyValue& answer) {
+  return answer.isString() ? answer.asString() : std::string();
+}
+
 }  // namespace
 
 void Module::takePicture() {
+  fLastPhoto = PhotoReport();
   const auto& broker = getParentBroker();
   boost::shared_ptr<Ky::KyPhotoCaptureProxy> photos;
   try {
     photos.reset(new Ky::KyPhotoCaptureProxy(broker));
   } catch (const Ky::KyError& error) {
     warnOfFallback("takePicture", "KyPhotoCapture", error);
-    withToolbox(broker, "takePicture",
-                "Unable to take a picture: ", [](auto& toolbox) { toolbox.takePicture(); });
+    fLastPhoto.error =
+        withToolbox(broker, "takePicture",
+                    "Unable to take a picture: ", [](auto& toolbox) { toolbox.takePicture(); });
     return;
   }
   try {
-    photos->takePicture(kRecordPath, kPhotoName);
+    fLastPhoto.path = pathOf(photos->takePicture(kRecordPath, kPhotoName));
   } catch (const Ky::KyError& error) {
+    fLastPhoto.error = error.what();
     logError("takePicture", "Unable to take a picture: ", error);
   }
 }

@@ -12,12 +12,14 @@
 
 class CameraThread;
 class Module;
+class Notice;
 class QBoxLayout;
 class QPushButton;
 class QTabWidget;
 class ViewImage;
 class VideoRecorderSettingsWidget;
 class VideoSettingsWidget;
+struct PhotoReport;
 
 // The settings' tabs on the left, the picture with its buttons on the right. 950 x 660 pixels,
 // fixed. Owns the camera thread, which it starts idle: Play lets it fetch.
@@ -62,6 +64,7 @@ class Widget : public LookoutWidget, public GCInterface {
   QPushButton* xAddButton(QBoxLayout* row, const QString& icon, const QString& toolTip,
                           const char* slot);
   QBoxLayout* xMakeRightColumn(const boost::shared_ptr<Module>& module);
+  void xTellOfPhoto(const PhotoReport& photo);
   // Asks where to put a file of the robot's and fetches it there.
   void xDownload(const QString& file);
   void xStartCameraThread(const boost::shared_ptr<Module>& module);
@@ -84,4 +87,6 @@ class Widget : public LookoutWidget, public GCInterface {
   QString fIconPath;
   CameraThread* fCameraThread = nullptr;
   std::atomic<bool> fPlaying = false;  // changed before the camera thread is told
+  bool fPlaying = false;
+  Notice* fNotice = nullptr;  // null until there is something to say
 };

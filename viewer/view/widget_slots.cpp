@@ -17,6 +17,7 @@
 #include "viewer/download/ftp_download_dialog.h"
 #include "viewer/recording/videorecordersettings_widget.h"
 #include "viewer/settings/videosettings_widget.h"
+#include "viewer/view/notice.h"
 #include "viewer/view/view_image.h"
 #include "viewer/view/widget.h"
 
@@ -68,6 +69,24 @@ void Widget::onVideoStop() {
 
 void Widget::onTakePicture() {
   fCameraThread->takePict();
+  if (const auto module = fModule.lock()) xTellOfPhoto(module->lastPhoto());
+}
+
+// Below the buttons, where there is room.
+void Widget::xTellOfPhoto(const PhotoReport& photo) {
+  constexpr int kGap = 8;
+  if (fNotice == nullptr) fNotice = new Notice(this);
+  const QRect room(QPoint(fViewImage->x(), fRecordButton->geometry().bottom() + kGap),
+                   rect().bottomRight() - QPoint(kGap, kGap));
+  if (photo.error) {
+    fNotice->say(Notice::Kind::Failed,
+                 tr("No photo was taken: %1").arg(QString::fromStdString(*photo.error)), room);
+  } else {
+    const QString text = photo.path.empty()
+                             ? tr("The photo is on the robot.")
+                             : tr("Photo on the robot: %1").arg(QString::fromStdString(photo.path));
+    fNotice->say(Notice::Kind::Done, text, room);
+  }
 }
 
 void Widget::onPreviousImage() {
