@@ -44,7 +44,7 @@ FtpDownloadDialog::~FtpDownloadDialog() {
 // dialog.
 bool FtpDownloadDialog::askForLogin() {
   if (!FtpConfig::a_login.isEmpty() && !FtpConfig::a_password.isEmpty()) return true;
-  GetLoginPasswordDialog dialog(this);
+  GetLoginPasswordDialog dialog(shownWindow());
   fLoginDialog = &dialog;
   if (dialog.exec() != Accepted || fEnded) return false;
   dialog.getLoginPassword(FtpConfig::a_login, FtpConfig::a_password);
@@ -61,7 +61,7 @@ void FtpDownloadDialog::startTransfer(const QString& remoteFile, const QString& 
   }
   const QString text = tr("Unable to save the file %1: %2.").arg(localFile, fFile->errorString());
   fFile.reset();
-  InformationDialog(tr("File Transfert"), text, this).displayDialog();
+  InformationDialog(tr("File Transfert"), text, shownWindow()).displayDialog();
   reject();
 }
 
@@ -122,8 +122,13 @@ void FtpDownloadDialog::updateDataTransferProgress(qint64 readBytes, qint64 tota
   setValue(static_cast<int>(readBytes));
 }
 
+QWidget* FtpDownloadDialog::shownWindow() {
+  if (fLoginDialog) return fLoginDialog;
+  return isVisible() ? this : parentWidget();
+}
+
 void FtpDownloadDialog::showError(const QString& title, const QString& text) {
-  ErrorDialog(title, text, fFtp->errorString(), this, QMessageBox::Ok).displayDialog();
+  ErrorDialog(title, text, fFtp->errorString(), shownWindow(), QMessageBox::Ok).displayDialog();
 }
 
 }  // namespace Dk

@@ -40,6 +40,8 @@ class FtpDownloadDialog : public QProgressDialog {
   bool askForLogin();
   void startTransfer(const QString& remoteFile, const QString& localFile);
   void discardFile();
+  // What another dialog stands over: this one is not shown yet while its constructor asks.
+  QWidget* shownWindow();
   void showError(const QString& title, const QString& text);
 
   QString fHost;

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 
 #include "lookout/settings_of_test.h"
@@ -155,6 +156,27 @@ TEST_F(Dialogs, MayBeAskedInVain) {
     QTest::mouseClick(buttons->button(QDialogButtonBox::Cancel), Qt::LeftButton);
   });
   EXPECT_EQ(dialog.exec(), QDialog::Rejected);
+}
+
+TEST_F(Dialogs, OpenInTheMiddleOfTheirParentOrOfTheScreen) {
+  QWidget parent;
+  parent.setGeometry(250, 200, 400, 300);
+  parent.show();
+  const QRect screen = parent.screen()->availableGeometry();
+  const auto expectIn = [](QDialog& dialog, const QRect& around) {
+    dialog.show();
+    const QPoint off = dialog.frameGeometry().center() - around.center();
+    EXPECT_LE(off.manhattanLength(), 4) << dialog.windowTitle().toStdString();
+  };
+  for (QWidget* over : {&parent, static_cast<QWidget*>(nullptr)}) {
+    const QRect around = over != nullptr ? over->frameGeometry() : screen;
+    Dk::GetLoginPasswordDialog login(over);
+    expectIn(login, around);
+    Dk::ErrorDialog error("Title", "Text", over, QMessageBox::Ok);
+    expectIn(error, around);
+    Dk::InformationDialog information("Title", "Text", over);
+    expectIn(information, around);
+  }
 }
 
 TEST(FtpConfig, StartsWithoutALogin) {

@@ -171,6 +171,49 @@ TEST_F(Download, NarrowsTheProgressToAnInt) {
   }
 }
 
+TEST_F(Download, OpensEachDialogOverTheOneBefore) {
+  QWidget window;
+  window.setGeometry(250, 200, 400, 300);
+  window.show();
+  std::map<QString, QPoint> off;  // the middle of each, seen from that of what it stands over
+  const auto note = [&](const QWidget& dialog, const QWidget& under) {
+    off[dialog.windowTitle()] = dialog.geometry().center() - under.geometry().center();
+  };
+  driver.on<QDialog>("Authentication required", [&](QDialog& login) {
+    note(login, window);
+    typeLogin(login);
+  });
+  driver.on<QDialog>("File Transfer", [&](QDialog& progress) { note(progress, window); });
+  driver.on<QMessageBox>("Download failed", [&](QMessageBox& box) {
+    note(box, *box.parentWidget());
+    EXPECT_EQ(box.parentWidget()->windowTitle(), "File Transfer");
+    box.close();
+  });
+  driver.on<QMessageBox>("File Transfert", [&](QMessageBox& box) {
+    note(box, window);
+    box.close();
+  });
+  Dk::FtpDownloadDialog("127.0.0.1", "missing", local, &window).exec();
+  Dk::FtpDownloadDialog("127.0.0.1", "missing", folder.path(), &window).exec();
+  EXPECT_EQ(off.size(), 4u);
+  for (const auto& [title, distance] : off)
+    EXPECT_LE(distance.manhattanLength(), 4) << title.toStdString();
+}
+
+TEST_F(Download, TellsThatThereIsNoServerOverTheLoginThatItAsksFor) {
+  robot.stopServing();
+  QWidget window;
+  window.show();
+  driver.on<QDialog>("Authentication required", [](QDialog&) {});  // thinks about it
+  QString under;
+  driver.on<QMessageBox>("Connection error", [&](QMessageBox& box) {
+    under = box.parentWidget()->windowTitle();
+    box.close();
+  });
+  Dk::FtpDownloadDialog("127.0.0.1", "clip.avi", local, &window).exec();
+  EXPECT_EQ(under, "Authentication required");
+}
+
 TEST_F(Download, TellsThatThereIsNoServer) {
   logInBefore();
   robot.stopServing();
