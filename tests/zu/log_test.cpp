@@ -5,14 +5,17 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <memory>
 #include <regex>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
 #include "support/log_capture.h"
+#include "zu/src/console.h"
 
 namespace {
 
@@ -168,6 +171,81 @@ TEST(Log, AConsoleLineHasTimeLevelCategoryFunctionAndText) {
       std::regex_match(console, std::regex(R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} error   )"
                                            R"(periscope\.getNext: no %s image\n)")))
       << console;
+}
+
+// What standard error has of the lines written meanwhile, without their times.
+class ConsoleCapture {
+ public:
+  ConsoleCapture() { testing::internal::CaptureStderr(); }
+
+  std::vector<std::string> lines() {
+    std::istringstream text(testing::internal::GetCapturedStderr());
+    std::vector<std::string> result;
+    constexpr std::size_t kTimeWidth = 24;
+    for (std::string line; std::getline(text, line);) result.push_back(line.substr(kTimeWidth));
+    return result;
+  }
+};
+
+TEST(Log, TheConsoleCountsLinesThatRepeatTheOneBefore) {
+  const LogCapture sink;
+  ConsoleCapture console;
+  for (int i = 0; i < 4; ++i) zu::log::error("test", "here") << "lost";
+  zu::log::error("test", "there") << "lost";
+  zu::log::warning("test", "there") << "lost";
+  zu::log::warning("test", "there") << "lost";
+  zu::log::warning("other", "there") << "lost";
+  zu::log::warning("other", "there") << "found";
+  const std::vector<std::string> expected = {
+      "error   test.here: lost",
+      "error   test.here: (the line before came 3 times more)",
+      "error   test.there: lost",
+      "warning test.there: lost",
+      "warning test.there: (the line before came once more)",
+      "warning other.there: lost",
+      "warning other.there: found"};
+  EXPECT_EQ(console.lines(), expected);
+  EXPECT_EQ(sink.records().size(), 9u) << "sinks hear each";
+}
+
+TEST(Log, TheConsoleCountsOnPastLinesThatItDoesNotShow) {
+  ConsoleCapture console;
+  for (int i = 0; i < 3; ++i) {
+    zu::log::info("test", "here") << "shown";
+    zu::log::debug("test", "here") << "hidden";
+  }
+  zu::log::info("test", "here") << "end";
+  const std::vector<std::string> expected = {
+      "info    test.here: shown", "info    test.here: (the line before came 2 times more)",
+      "info    test.here: end"};
+  EXPECT_EQ(console.lines(), expected);
+}
+
+TEST(Log, TheConsoleTellsEveryTenSecondsThatALineGoesOn) {
+  zu::log::Console log;
+  zu::log::Record record;
+  record.category = "test";
+  record.function = "here";
+  record.text = "lost";
+  ConsoleCapture console;
+  for (int second = 0; second <= 25; ++second)
+    log.write(record, zu::log::Console::Time(std::chrono::seconds(1000 + second)));
+  log.tellRepeats();
+  log.tellRepeats();
+  const std::vector<std::string> expected = {
+      "info    test.here: lost", "info    test.here: (the line before came 10 times more)",
+      "info    test.here: (the line before came 10 times more)",
+      "info    test.here: (the line before came 5 times more)"};
+  EXPECT_EQ(console.lines(), expected);
+}
+
+TEST(Log, TheConsoleTellsAtTheEndOfTheProgram) {
+  EXPECT_EXIT(
+      {
+        for (int i = 0; i < 3; ++i) zu::log::error("test", "here") << "lost";
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0), "here: lost\n.*here: .the line before came 2 times more.\n");
 }
 
 TEST(Log, LinesOfSeveralThreadsReachASinkOneAtATime) {

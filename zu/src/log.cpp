@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "zu/log.h"
 
-#include <spdlog/pattern_formatter.h>
-#include <spdlog/sinks/stdout_color_sinks.h>
-
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <vector>
 
+#include "console.h"
 #include "zu/mutex.h"
 
 namespace zu::log {
@@ -19,43 +18,26 @@ struct Hub {
   Mutex mutex;
   std::vector<std::shared_ptr<Sink>> sinks ZU_GUARDED_BY(mutex);
   Level consoleLevel ZU_GUARDED_BY(mutex) = Level::info;
-  std::shared_ptr<spdlog::sinks::sink> console ZU_GUARDED_BY(mutex) =
-      std::make_shared<spdlog::sinks::stderr_color_sink_st>();
-
-  Hub() { console->set_pattern("%Y-%m-%d %H:%M:%S.%e %^%-7!l%$ %v"); }
+  Console console ZU_GUARDED_BY(mutex);
 };
 
+void tellRepeatsAtExit();
+
+Hub* makeHub() {
+  std::atexit(tellRepeatsAtExit);
+  return new Hub;
+}
+
 Hub& hub() {
-  static Hub* instance = new Hub;
+  static Hub* instance = makeHub();
   return *instance;
 }
 
-spdlog::level::level_enum spdlogLevel(Level level) {
-  switch (level) {
-    case Level::silent:
-      return spdlog::level::off;
-    case Level::fatal:
-      return spdlog::level::critical;
-    case Level::error:
-      return spdlog::level::err;
-    case Level::warning:
-      return spdlog::level::warn;
-    case Level::info:
-      return spdlog::level::info;
-    case Level::verbose:
-      return spdlog::level::debug;
-    case Level::debug:
-      return spdlog::level::trace;
-  }
-  return spdlog::level::info;
-}
-
-void writeToConsole(Hub& to, const Record& record) ZU_REQUIRES(to.mutex) {
-  const std::string line = record.category + "." + record.function + ": " + record.text;
-  spdlog::details::log_msg message(record.time, spdlog::source_loc{}, "", spdlogLevel(record.level),
-                                   line);
-  to.console->log(message);
-  to.console->flush();
+// Whoever reads the end of a program's log must not miss how often its last line came.
+void tellRepeatsAtExit() {
+  Hub& to = hub();
+  const MutexLock guard(to.mutex);
+  to.console.tellRepeats();
 }
 
 }  // namespace
@@ -93,7 +75,8 @@ void write(Level level, const std::string& category, const std::string& function
   const Record record{level, category, function, text, std::chrono::system_clock::now()};
   Hub& to = hub();
   const MutexLock guard(to.mutex);
-  if (level <= to.consoleLevel && level != Level::silent) writeToConsole(to, record);
+  if (level <= to.consoleLevel && level != Level::silent)
+    to.console.write(record, std::chrono::steady_clock::now());
   for (const auto& sink : to.sinks) (*sink)(record);
 }
 

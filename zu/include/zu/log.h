@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The log of everything that runs: one line is a level, a category, the function that wrote it and
-// a text. Lines go to standard error and to every sink that listens.
+// a text. Lines go to standard error, which counts those that repeat the one before instead of
+// writing them, and to every sink that listens, which hears each.
 //
 //   zu::log::error("periscope", "getNext") << error.what();
 //
