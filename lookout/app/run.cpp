@@ -3,7 +3,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QIcon>
 #include <cstdio>
 
 #include "command_line.h"
@@ -11,6 +10,7 @@
 #include "scripted_run.h"
 #include "signal_watcher.h"
 #include "window/main_window.h"
+#include "window/window_icon.h"
 
 namespace Lookout {
 namespace {
@@ -72,7 +72,7 @@ int run(int argc, char** argv) {
     sendQtMessagesToLog();
     const QApplication application(argc, argv);
     QGuiApplication::setDesktopFileName("lookout");
-    QGuiApplication::setWindowIcon(QIcon::fromTheme("lookout"));
+    QGuiApplication::setWindowIcon(windowIcon(QCoreApplication::applicationDirPath()));
     return runWindow(options);
   } catch (const CommandLineError& error) {
     std::fprintf(stderr, "lookout: %s\n", error.what());
