@@ -6,12 +6,15 @@
 #include <QFileInfo>
 #include <cmath>
 
+#include "qt_options.h"
 #include "robots/robot_address.h"
 
 namespace Lookout {
 namespace {
 
 const char* const kExamples = R"(
+Qt's own options, such as -style NAME, -platform NAME and -display NAME, are heeded too.
+
 Examples:
   lookout
       Opens the window; connect with Ctrl+N.
@@ -92,7 +95,10 @@ CommandLine parseCommandLine(const QStringList& arguments) {
   parser.addOptions({kHelp, kVersion, kRobot, kInsecureRobot, kPlay, kScreenshot, kQuitAfter,
                      kPlugins, kResources, kReport});
   CommandLine result;
-  if (!parser.parse(arguments)) refuse(parser.errorText());
+  const QtOptions qt = takeQtOptions(arguments);
+  if (!qt.incomplete.isEmpty()) refuse(QString("Missing value after '%1'.").arg(qt.incomplete));
+  result.choosesDisplay = qt.choosesDisplay;
+  if (!parser.parse(qt.others)) refuse(parser.errorText());
   if (parser.isSet(kHelp)) {
     result.answer = parser.helpText() + kExamples;
     return result;

@@ -20,6 +20,7 @@ struct CommandLine {
   std::optional<double> quitAfter;  // seconds
   QString plugins;                  // empty: the standard folder
   QString resources;                // empty: the standard folder
+  bool choosesDisplay = false;      // by one of Qt's options
   // Instead of running: print this and leave.
   QString answer;
 };
@@ -30,8 +31,8 @@ class CommandLineError : public std::runtime_error {
   using runtime_error::runtime_error;
 };
 
-// `arguments` begins with the program's name. Needs a QCoreApplication, not a display. Throws
-// CommandLineError.
+// `arguments` begins with the program's name; Qt's own options among them are left to it. Needs a
+// QCoreApplication, not a display. Throws CommandLineError.
 CommandLine parseCommandLine(const QStringList& arguments);
 
 }  // namespace Lookout

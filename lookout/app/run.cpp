@@ -21,8 +21,8 @@ CommandLine parse(int argc, char** argv) {
   return parseCommandLine(QCoreApplication::arguments());
 }
 
-bool hasDisplay() {
-  return !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") ||
+bool hasDisplay(const CommandLine& options) {
+  return options.choosesDisplay || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") ||
          !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 }
 
@@ -63,7 +63,7 @@ int run(int argc, char** argv) {
       std::fputs(options.answer.toUtf8().constData(), stdout);
       return 0;
     }
-    if (!hasDisplay()) {
+    if (!hasDisplay(options)) {
       std::fputs(
           "lookout: there is no display. Set QT_QPA_PLATFORM=offscreen to run without one.\n",
           stderr);

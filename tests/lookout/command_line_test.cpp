@@ -76,6 +76,31 @@ TEST(CommandLine, RefusesWhatItDoesNotKnow) {
   EXPECT_EQ(errorOf({"127.0.0.1"}), "'127.0.0.1' is no option; robots are given with --robot");
 }
 
+TEST(CommandLine, LeavesQtsOptionsToQt) {
+  for (const QStringList& qts : std::vector<QStringList>{{"-platform", "offscreen"},
+                                                         {"-style", "fusion"},
+                                                         {"-style=fusion"},
+                                                         {"-stylesheet", "a.qss"},
+                                                         {"-qwindowgeometry", "800x600+1+2"},
+                                                         {"-geometry", "800x600"},
+                                                         {"-display", ":1"},
+                                                         {"-platformtheme", "gtk3"},
+                                                         {"-qwindowtitle", "--robt"},
+                                                         {"-reverse"},
+                                                         {"-session", "1"}}) {
+    const CommandLine options = parse(qts + QStringList{"--robot", "tam"} + qts);
+    EXPECT_EQ(options.robots.size(), 1u) << qts[0].toStdString();
+    EXPECT_EQ(options.choosesDisplay, qts[0] == "-platform" || qts[0] == "-display");
+  }
+  EXPECT_TRUE(parse({"--help"}).answer.contains("-platform"));
+}
+
+TEST(CommandLine, RefusesQtsOptionsWithoutTheirValueAndThoseThatAreNone) {
+  EXPECT_EQ(errorOf({"--play", "-platform"}), "Missing value after '-platform'.");
+  EXPECT_EQ(errorOf({"--plugin", "folder"}), "Unknown option 'plugin'.");
+  EXPECT_NE(errorOf({"-platforms", "offscreen"}), "no error");
+}
+
 TEST(CommandLine, RefusesAddressesThatAreNone) {
   EXPECT_EQ(errorOf({"--robot", "tam:x"}),
             "--robot: 'tam:x' is no address: 'x' is no port from 0 to 65535");

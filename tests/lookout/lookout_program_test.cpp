@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QTemporaryDir>
 #include <csignal>
+#include <fstream>
 
 #include "support/process.h"
 #include "tcp_robot.h"
@@ -29,6 +30,13 @@ class Program : public Process {
 
   std::unique_ptr<QTemporaryDir> fHome;
 };
+
+// A style sheet that changes how everything looks; the path of its file.
+std::string writeStyle(const QTemporaryDir& folder) {
+  const std::string path = folder.filePath("style.qss").toStdString();
+  std::ofstream(path) << "QWidget { background: #123456; }";
+  return path;
+}
 
 }  // namespace
 
@@ -57,6 +65,23 @@ TEST(Lookout, SaysThatItNeedsADisplay) {
   Program lookout({}, {{"QT_QPA_PLATFORM", ""}, {"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}});
   EXPECT_EQ(lookout.waitForExit(), 1);
   EXPECT_NE(lookout.errors().find("there is no display"), std::string::npos);
+}
+
+TEST(Lookout, RunsWithQtsOptions) {
+  const QTemporaryDir folder;
+  const auto pictureWith = [&](const std::vector<std::string>& more) {
+    const QString file = folder.filePath("window.png");
+    std::vector<std::string> arguments = {
+        "--plugins",        FIXTURES "/good", "-platform", "offscreen",    "--screenshot",
+        file.toStdString(), "-style",         "fusion",    "--quit-after", "0"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    Program lookout(arguments, {{"QT_QPA_PLATFORM", ""}, {"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}});
+    EXPECT_EQ(lookout.waitForExit(), 0) << lookout.errors();
+    return QImage(file, "PNG");
+  };
+  const QImage plain = pictureWith({});
+  EXPECT_FALSE(plain.isNull());
+  EXPECT_NE(pictureWith({"-stylesheet", writeStyle(folder)}), plain);
 }
 
 TEST(Lookout, SavesAPictureOfTheWindowAndReports) {
