@@ -47,6 +47,10 @@ TEST(LogModel, TakesLinesThatDifferInAnythingButTheTimeAsDifferent) {
   later.time += std::chrono::hours(1);
   model.append({later});
   ASSERT_EQ(model.rowCount(), 4);
+  auto subject = later;
+  subject.subject = "tam:9559";
+  model.append({subject});
+  EXPECT_EQ(model.rowCount(), 5);
   EXPECT_EQ(model.index(3, LogModel::Time).data().toString(), "01:00:00.000");
 }
 
@@ -65,6 +69,15 @@ TEST(LogModel, ShowsALineOfSeveralLinesInOneRow) {
   EXPECT_EQ(model.index(0, LogModel::Severity).data().toString(), "warning");
   EXPECT_EQ(model.index(0, LogModel::Origin).data().toString(), "test.here");
   EXPECT_EQ(model.index(0, LogModel::Text).data(Qt::ToolTipRole).toString(), "one\ntwo");
+}
+
+TEST(LogModel, NamesWhatALineIsAboutBesideItsPlace) {
+  LogModel model(10);
+  auto line = record("a");
+  line.subject = "tam:9559";
+  model.append({line});
+  EXPECT_EQ(model.index(0, LogModel::Origin).data().toString(), "test.here (tam:9559)");
+  EXPECT_EQ(model.line(0), "00:00:00.000 info test.here (tam:9559): a");
 }
 
 TEST(LogPanel, ShowsWhatOtherThreadsWrite) {

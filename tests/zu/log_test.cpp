@@ -248,6 +248,26 @@ TEST(Log, TheConsoleTellsAtTheEndOfTheProgram) {
       testing::ExitedWithCode(0), "here: lost\n.*here: .the line before came 2 times more.\n");
 }
 
+TEST(Log, ARecordNamesTheInnermostSubjectOfItsThread) {
+  const LogCapture capture;
+  const auto write = [] { zu::log::info("test", "here") << "line"; };
+  write();
+  {
+    const zu::log::Subject outer("one");
+    write();
+    {
+      const zu::log::Subject inner("two");
+      write();
+      std::thread(write).join();
+    }
+    write();
+  }
+  write();
+  std::vector<std::string> subjects;
+  for (const auto& record : capture.records()) subjects.push_back(record.subject);
+  EXPECT_EQ(subjects, (std::vector<std::string>{"", "one", "two", "", "one", ""}));
+}
+
 TEST(Log, LinesOfSeveralThreadsReachASinkOneAtATime) {
   constexpr int kThreads = 4;
   constexpr int kLines = 200;

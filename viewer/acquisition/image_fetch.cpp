@@ -128,6 +128,7 @@ bool store(const Picture& picture, Model& model, unsigned char* scratch) {
 
 void Module::getNext() {
   if (!fVideoDevice) return;
+  const zu::log::Subject robot(fRobot);
   Ky::KyValue record;
   try {
     record = fVideoDevice->getImageRemote(fSubscriberName);

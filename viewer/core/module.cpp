@@ -59,7 +59,10 @@ void stopRecording(const boost::shared_ptr<Ky::KyBroker>& broker) {
 }  // namespace
 
 Module::Module(boost::shared_ptr<Ky::KyBroker> broker)
-    : KyModule(broker, "Periscope"), fModel(boost::make_shared<Model>()) {
+    : KyModule(broker, "Periscope"),
+      fRobot(broker->address().toString()),
+      fModel(boost::make_shared<Model>()) {
+  const zu::log::Subject robot(fRobot);
   setModuleDescription("This module belongs to the Periscope of Lookout.");
   functionName("subscribeLog", getName(), kSubscribeLogDescription);
   addParam("strLogName", "name in KyMemory");
@@ -75,6 +78,7 @@ Module::Module(boost::shared_ptr<Ky::KyBroker> broker)
 }
 
 Module::~Module() {
+  const zu::log::Subject robot(fRobot);
   delete[] fConvertBuffer;
   if (fVideoDevice) {
     try {
@@ -97,6 +101,7 @@ Module::~Module() {
 
 void Module::askForVIM() {
   if (!fVideoDevice) return;
+  const zu::log::Subject robot(fRobot);
   try {
     fSubscriberName = fVideoDevice->subscribe(fSubscriberName, fModel->fResolution,
                                               fModel->fColorSpace, fModel->fFps);

@@ -78,6 +78,7 @@ class Module : public Ky::KyModule {
   void toggleVideoRecord(const std::string& name, int framerate, bool& recorded);
 
  private:
+  const std::string fRobot;  // its address, which the lines in the log are about
   boost::shared_ptr<Model> fModel;
   std::atomic<GCInterface*> fGui{nullptr};
   std::string fSubscriberName;

@@ -76,6 +76,7 @@ void deactivate(const Proxy& extractor, const Kind& kind, const std::string& sub
 bool Module::activateDetection(const std::string& word, int action) {
   const Kind* kind = findKind(word);
   if (kind == nullptr) return true;
+  const zu::log::Subject robot(fRobot);
   try {
     const auto& broker = getParentBroker();
     switch (action) {

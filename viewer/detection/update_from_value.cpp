@@ -31,6 +31,7 @@ std::string replaceItems(Model& model, const std::string& key, const Ky::KyValue
 }  // namespace
 
 void Module::updateFromValue(const std::string& key, const Ky::KyValue& value) {
+  const zu::log::Subject robot(fRobot);
   try {
     const std::string complaint = replaceItems(*fModel, key, value);
     if (!complaint.empty()) Ky::KyLoggerProxy(getParentBroker()).info(getName(), complaint);

@@ -54,6 +54,7 @@ void Module::subscribeLog(const std::string& strLogName) {
 void Module::updateObjectsValue() {
   const Ky::KyValue::Array keys = watchedKeys(*fModel);
   if (keys.empty()) return;
+  const zu::log::Subject robot(fRobot);
   try {
     const Ky::KyValue answer = Ky::KyMemoryProxy(getParentBroker(), 0).getListData(keys);
     const auto& values = answer.asArray();

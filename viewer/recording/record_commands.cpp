@@ -96,6 +96,7 @@ std::string pathOf(const Ky::KyValue& answer) {
 }  // namespace
 
 void Module::takePicture() {
+  const zu::log::Subject robot(fRobot);
   fLastPhoto = PhotoReport();
   const auto& broker = getParentBroker();
   boost::shared_ptr<Ky::KyPhotoCaptureProxy> photos;
@@ -119,6 +120,7 @@ void Module::takePicture() {
 // The frame rate is the robot's to choose.
 void Module::toggleVideoRecord(const std::string& name, int, bool& recorded) {
   recorded = false;
+  const zu::log::Subject robot(fRobot);
   const boost::shared_ptr<VideoRecorderModel> recorder = fModel->fVideoRecorder;
   if (!recorder) return;
   if (GCInterface* gui = fGui) gui->selectVideoRecorderView();

@@ -5,6 +5,7 @@
 #include "zu/log.h"
 
 bool Module::setUraballParam(const std::string& name, Ky::KyValue& value) const {
+  const zu::log::Subject robot(fRobot);
   try {
     getParentBroker()->getProxy("KyBallDetection")->callVoid("setParam", name, value);
     return true;
@@ -15,6 +16,7 @@ bool Module::setUraballParam(const std::string& name, Ky::KyValue& value) const 
 }
 
 bool Module::getUraballParam(const std::string& name, Ky::KyValue& value) const {
+  const zu::log::Subject robot(fRobot);
   try {
     value = getParentBroker()->getProxy("KyBallDetection")->call<Ky::KyValue>("getParam", name);
     return true;

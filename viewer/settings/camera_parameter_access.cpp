@@ -20,6 +20,7 @@ void logFailure(const char* method, const Ky::KyError& error) {
 
 bool Module::setDefaultParameters() {
   if (!fVideoDevice) return false;
+  const zu::log::Subject robot(fRobot);
   try {
     return fVideoDevice->setFrameRate(fSubscriberName, Model::fDefaultFps) &&
            fVideoDevice->setResolution(fSubscriberName, Model::fDefaultResolution) &&
@@ -32,6 +33,7 @@ bool Module::setDefaultParameters() {
 
 bool Module::setCurrentParameters() {
   if (!fVideoDevice) return false;
+  const zu::log::Subject robot(fRobot);
   try {
     const Ky::KyCriticalSectionRead parameters(fModel->fParamMutex);
     return fVideoDevice->setFrameRate(fSubscriberName, fModel->fFps) &&
@@ -46,6 +48,7 @@ bool Module::setCurrentParameters() {
 
 int Module::getCameraModelID() const {
   if (!fVideoDevice) return 0;
+  const zu::log::Subject robot(fRobot);
   try {
     return fVideoDevice->getCameraModelID();
   } catch (const Ky::KyError& error) {
@@ -56,6 +59,7 @@ int Module::getCameraModelID() const {
 
 bool Module::getCameraParam(int id, int& value) const {
   if (!fVideoDevice) return false;
+  const zu::log::Subject robot(fRobot);
   try {
     const auto mirrored = [&](const auto& setting) {
       const Ky::KyCriticalSectionRead parameters(fModel->fParamMutex);
@@ -81,6 +85,7 @@ bool Module::getCameraParam(int id, int& value) const {
 
 bool Module::setCameraParam(int id, int value) const {
   if (!fVideoDevice) return false;
+  const zu::log::Subject robot(fRobot);
   try {
     switch (id) {
       // The viewer's belief comes first and stays, also when the robot refuses.

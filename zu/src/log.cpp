@@ -42,6 +42,24 @@ void tellRepeatsAtExit() {
 
 }  // namespace
 
+namespace {
+
+thread_local const Subject* innermost = nullptr;
+
+}  // namespace
+
+Subject::Subject(std::string name) : fName(std::move(name)), fOuter(innermost) {
+  innermost = this;
+}
+
+Subject::~Subject() {
+  innermost = fOuter;
+}
+
+std::string currentSubject() {
+  return innermost != nullptr ? innermost->fName : std::string();
+}
+
 const char* name(Level level) {
   static constexpr std::array<const char*, 7> kNames = {"silent", "fatal",   "error", "warning",
                                                         "info",   "verbose", "debug"};
@@ -72,7 +90,8 @@ Listener& Listener::operator=(Listener&& other) noexcept {
 
 void write(Level level, const std::string& category, const std::string& function,
            const std::string& text) {
-  const Record record{level, category, function, text, std::chrono::system_clock::now()};
+  const Record record{level,           category, function, text, std::chrono::system_clock::now(),
+                      currentSubject()};
   Hub& to = hub();
   const MutexLock guard(to.mutex);
   if (level <= to.consoleLevel && level != Level::silent)

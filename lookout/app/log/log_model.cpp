@@ -57,7 +57,8 @@ bool LogModel::repeatsLast(const zu::log::Record& record) const {
   if (fLines.empty()) return false;
   const zu::log::Record& last = fLines.back().record;
   return last.level == record.level && last.category == record.category &&
-         last.function == record.function && last.text == record.text;
+         last.function == record.function && last.text == record.text &&
+         last.subject == record.subject;
 }
 
 void LogModel::clear() {
@@ -80,7 +81,9 @@ QString LogModel::text(const Line& line, int column) const {
     case Severity:
       return QString::fromLatin1(zu::log::name(record.level));
     case Origin:
-      return QString::fromStdString(record.category + "." + record.function);
+      return QString::fromStdString(
+          record.category + "." + record.function +
+          (record.subject.empty() ? std::string() : " (" + record.subject + ")"));
     case Text:
       return QString::fromStdString(record.text) +
              (line.count > 1 ? QString(" (x %1)").arg(line.count) : QString());

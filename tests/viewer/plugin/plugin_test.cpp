@@ -14,6 +14,7 @@
 #include <atomic>
 #include <cstring>
 #include <memory>
+#include <set>
 
 #include "lookout/lookout_widget.h"
 #include "lookout/widget_interface.h"
@@ -245,6 +246,34 @@ TEST_F(Plugin, SaysGoodbyeToTheCameraWhenTheHostEndsTheRobot) {
   fBrokers[0]->shutdown();
   const auto calls = robot.calls->calls();
   EXPECT_EQ(calls, std::vector<std::string>({"KyVideoDevice.unsubscribe(\"viewer_1\")"}));
+}
+
+// The robots that lines of a function are about.
+std::set<std::string> subjectsOf(const LogCapture& log, const std::string& function) {
+  std::set<std::string> subjects;
+  for (const auto& record : log.records())
+    if (record.category == "periscope" && record.function == function)
+      subjects.insert(record.subject);
+  return subjects;
+}
+
+TEST_F(Plugin, NamesTheRobotThatALineOfTheLogIsAboutOnEachThread) {
+  ScriptedTcpRobot one;
+  ScriptedTcpRobot other;
+  const LogCapture log;
+  for (ScriptedTcpRobot* robot : {&one, &other}) robot->addVideoDevice();  // without pictures
+  const auto first = open(one);
+  const auto second = open(other);
+  const std::set<std::string> robots = {one.broker->address().toString(),
+                                        other.broker->address().toString()};
+  ASSERT_EQ(robots.size(), 2u);
+  for (LookoutWidget* widget : {first.get(), second.get()}) {
+    widget->setPlaying(true);
+    for (QPushButton* button : widget->findChildren<QPushButton*>())
+      if (button->toolTip() == "Snapshot") button->click();
+  }
+  EXPECT_TRUE(waitUntil([&] { return subjectsOf(log, "getNext") == robots; }));
+  EXPECT_EQ(subjectsOf(log, "takePicture"), robots);
 }
 
 }  // namespace

@@ -37,6 +37,7 @@ struct Record {
   std::string function;
   std::string text;
   std::chrono::system_clock::time_point time;
+  std::string subject{};  // what it is about, where the text doesn't say; see Subject
 };
 
 // Called for every record, on the thread that wrote it, one record at a time. A sink must not
@@ -56,6 +57,25 @@ class Listener {
  private:
   std::shared_ptr<Sink> fSink;
 };
+
+// Says what the lines are about that this thread writes while it lives, such as the address of the
+// one of several robots; the innermost counts. Thread-bound.
+class Subject {
+ public:
+  explicit Subject(std::string name);
+  ~Subject();
+  Subject(const Subject&) = delete;
+  Subject& operator=(const Subject&) = delete;
+
+ private:
+  friend std::string currentSubject();
+
+  const std::string fName;
+  const Subject* const fOuter;
+};
+
+// Of the calling thread; empty outside of every Subject.
+std::string currentSubject();
 
 // Writes one line.
 void write(Level level, const std::string& category, const std::string& function,
