@@ -6,6 +6,7 @@
 #include <array>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "viewer/acquisition/yuv_conversion.h"
 #include "viewer/core/module.h"
@@ -26,6 +27,9 @@ enum Element {
 };
 constexpr std::size_t kFewestElements = 7;
 constexpr std::size_t kElementsWithAngles = 12;
+
+// What the log calls a wrong number of elements, for people.
+constexpr const char* kNoImage = "the robot answers with something that is no image";
 
 // Half-angles of the robot's camera in radians, for records that don't bring theirs.
 constexpr std::array<float, 4> kDefaultAngles = {0.41692221F, 0.32097778F, -0.41692221F,
@@ -130,21 +134,26 @@ void Module::getNext() {
   if (!fVideoDevice) return;
   const zu::log::Subject robot(fRobot);
   Ky::KyValue record;
+  std::string problem;
   try {
     record = fVideoDevice->getImageRemote(fSubscriberName);
   } catch (const Ky::KyError& error) {
-    zu::log::error("periscope", "getNext") << error.what();
+    problem = error.what();
+    zu::log::error("periscope", "getNext") << problem;
   }
   if (elementCount(record) < kFewestElements) {
     zu::log::error("periscope", "getNext") << "Wrong number of elements";
+    fModel->setPictureProblem(problem.empty() ? kNoImage : problem);
     return;
   }
   Picture picture;
   try {
     readRecord(record, *fModel, picture);
   } catch (const Ky::KyError& error) {
-    zu::log::error("periscope", "getNext") << error.what();
+    problem = error.what();
+    zu::log::error("periscope", "getNext") << problem;
   }
+  fModel->setPictureProblem(problem);
   if (!store(picture, *fModel, fConvertBuffer)) return;
   if (GCInterface* gui = fGui) gui->updateImage();
 }

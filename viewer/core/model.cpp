@@ -60,6 +60,16 @@ int Model::resolutionFromString(const std::string& name) {
   return -1;
 }
 
+void Model::setPictureProblem(const std::string& problem) {
+  const zu::MutexLock guard(fProblemMutex);
+  fPictureProblem = problem;
+}
+
+std::string Model::pictureProblem() const {
+  const zu::MutexLock guard(fProblemMutex);
+  return fPictureProblem;
+}
+
 void Model::addObjectWatch(const std::string& key) {
   const Ky::KyCriticalSection guard(fObjectsMutex);
   const auto [entry, isNew] = fObjects.try_emplace(key);

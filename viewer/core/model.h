@@ -11,6 +11,7 @@
 
 #include "ky/mutex.h"
 #include "viewer/core/display_object.h"
+#include "zu/mutex.h"
 
 struct VideoRecorderModel;
 
@@ -44,6 +45,10 @@ class Model {
   void addObjectWatch(const std::string& key);
   void removeObjectWatch(const std::string& key);
 
+  // Why the newest fetch brought no picture; empty when it brought one. Thread-safe.
+  void setPictureProblem(const std::string& problem);
+  std::string pictureProblem() const;
+
   // The keys are the watched keys.
   std::map<std::string, displayObjectManager> fObjects ZU_GUARDED_BY(fObjectsMutex);
   boost::shared_ptr<Ky::KyMutex> fObjectsMutex ZU_ACQUIRED_BEFORE(fImageMutex);
@@ -72,4 +77,8 @@ class Model {
 
   // May be empty: then there is no recorder. GUI thread only.
   boost::shared_ptr<VideoRecorderModel> fVideoRecorder;
+
+ private:
+  mutable zu::Mutex fProblemMutex;
+  std::string fPictureProblem ZU_GUARDED_BY(fProblemMutex);
 };

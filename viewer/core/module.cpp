@@ -74,6 +74,7 @@ Module::Module(boost::shared_ptr<Ky::KyBroker> broker)
     fVideoDevice = boost::make_shared<Ky::KyVideoDeviceProxy>(getParentBroker());
   } catch (const Ky::KyError& error) {
     logError("Module") << "Error while getting proxy on KyVideoDevice: " << error.what();
+    fModel->setPictureProblem(error.what());  // nothing will be fetched
   }
 }
 

@@ -206,6 +206,23 @@ TEST(ImageFetch, LogsARobotThatFailsAndCarriesOnWithoutAnImage) {
   EXPECT_EQ(viewer.model->fWidth, 160);
 }
 
+TEST(ImageFetch, KeepsInWordsWhyNoPictureCameUntilOneComes) {
+  Viewer viewer;
+  EXPECT_EQ(viewer.model->pictureProblem(), "");
+  viewer.device->answer("getImageRemote", [](const Ky::KyValue::Array&) -> Ky::KyValue {
+    throw Ky::KyError("the camera is unplugged");
+  });
+  viewer.module->getNext();
+  EXPECT_EQ(viewer.model->pictureProblem(), "the camera is unplugged");
+  viewer.show(record(4, 2, 0, pixels(8)));
+  EXPECT_EQ(viewer.model->pictureProblem(), "");
+  viewer.show(Ky::KyValue::array({1, 2}));
+  EXPECT_EQ(viewer.model->pictureProblem(), "the robot answers with something that is no image");
+  viewer.show(record(4, 2, 0, "no pixels"));
+  EXPECT_NE(viewer.model->pictureProblem(), "");
+  EXPECT_EQ("error getNext: " + viewer.model->pictureProblem(), viewer.log.lines().back());
+}
+
 TEST(ImageFetch, ReturnsAtOnceWithoutAVideoDevice) {
   TestRobot robot;
   CountingGui gui;
@@ -217,6 +234,7 @@ TEST(ImageFetch, ReturnsAtOnceWithoutAVideoDevice) {
   EXPECT_TRUE(robot.calls().empty());
   EXPECT_TRUE(log.lines().empty());
   EXPECT_EQ(gui.fUpdates, 0);
+  EXPECT_NE(module->model()->pictureProblem(), "") << "and knows why there is no picture";
 }
 
 TEST(ImageFetch, DoesNotStepThroughStoredImages) {
