@@ -7,6 +7,7 @@
 
 #include "lookout/robot_broker.h"
 #include "robots/robot_dock.h"
+#include "robots/robot_report.h"
 #include "window/main_window.h"
 #include "window/robot_area.h"
 #include "zu/log.h"
@@ -47,11 +48,8 @@ void ScriptedRun::saveScreenshot() {
 void ScriptedRun::report() {
   for (RobotDock* dock : fWindow.robots().docks()) {
     if (!dock->session().robot()) continue;
-    const quint64 frames = dock->session().framesPainted();
-    std::printf("frames painted: %llu, fps shown: %.1f, robot: %s\n",
-                static_cast<unsigned long long>(frames), dock->session().shownFrameRate(),
-                dock->robotName().toUtf8().constData());
-    if (fOptions.play && frames == 0) fExitCode = 1;
+    std::puts(robotReport(*dock).toUtf8().constData());
+    if (fOptions.play && dock->session().framesPainted() == 0) fExitCode = 1;
   }
   std::fflush(stdout);
 }

@@ -6,28 +6,76 @@
 #include "robots/bandwidth.h"
 
 using Lookout::Bandwidth;
+using Lookout::PictureReading;
+using Lookout::PictureState;
 using Lookout::RobotStatus;
+using Lookout::standstillText;
 using Lookout::statusText;
 using State = Lookout::RobotSession::State;
 using namespace std::chrono_literals;
 
-TEST(StatusLine, TellsWhatIsKnown) {
-  EXPECT_EQ(statusText({State::Connecting}), "Connecting");
-  EXPECT_EQ(statusText({State::Lost, 500us, 1e6, 30}), "Connection lost, reconnecting");
-  EXPECT_EQ(statusText({State::Connected}), QString::fromUtf8("Connected · 0.0 kB/s"));
-  EXPECT_EQ(statusText({State::Connected, 840us, 37.14e6, 29.9}),
-            QString::fromUtf8("Connected · round trip 0.8 ms · 37.1 MB/s · 29.9 fps"));
-  EXPECT_EQ(statusText({State::Connected, 12340us, 999949, 0}),
-            QString::fromUtf8("Connected · round trip 12.3 ms · 999.9 kB/s"));
+namespace {
+
+PictureReading live(double framesPerSecond, std::chrono::milliseconds age) {
+  return {PictureState::Live, framesPerSecond, age, 0ms};
 }
 
-TEST(StatusLine, ShowsTheStateAsADotOfItsColour) {
-  Lookout::StatusLine line;
-  line.show({State::Connected});
-  const QString connected = line.text();
-  line.show({State::Lost});
-  EXPECT_TRUE(connected.contains(QString::fromUtf8("●")));
-  EXPECT_NE(connected.left(30), line.text().left(30));
+// The dots between the parts, typed as bars.
+QString line(QString text) {
+  return text.replace('|', QString::fromUtf8("\u00b7"));
+}
+
+QString dotOf(const RobotStatus& status) {
+  Lookout::StatusLine shown;
+  shown.show(status);
+  return shown.text().section("</span>", 0, 0);
+}
+
+}  // namespace
+
+TEST(StatusLine, TellsWhatIsKnown) {
+  EXPECT_EQ(statusText({State::Connecting, 500us, 1e6, live(30, 100ms)}), "Connecting");
+  EXPECT_EQ(statusText({State::Lost, 500us, 1e6, live(30, 100ms)}),
+            "Connection lost, reconnecting");
+  EXPECT_EQ(statusText({State::Connected, 0us, 0, {}}), line("Connected | 0.0 kB/s"));
+  EXPECT_EQ(statusText({State::Connected, 12340us, 999949, {}}),
+            line("Connected | round trip 12.3 ms | 999.9 kB/s"));
+}
+
+TEST(StatusLine, TellsTheFiguresOfALivePicture) {
+  EXPECT_EQ(statusText({State::Connected, 840us, 37.14e6, live(29.94, 130ms)}),
+            line("Live | 29.9 fps | newest picture 0.1 s ago | round trip 0.8 ms | 37.1 MB/s"));
+  EXPECT_EQ(statusText({State::Connected, 0us, 1000, live(0, 990ms)}),
+            line("Live | newest picture 0.9 s ago | 1.0 kB/s"));
+}
+
+TEST(StatusLine, HasAWordInsteadOfTheRateOfAPictureThatDoesNotRun) {
+  const auto text = [](PictureState state) {
+    return statusText({State::Connected, 840us, 0, {state, 0, 12s, 3900ms}});
+  };
+  EXPECT_EQ(text(PictureState::NotPlaying), line("Not playing | round trip 0.8 ms | 0.0 kB/s"));
+  EXPECT_EQ(text(PictureState::Paused), line("Paused | round trip 0.8 ms | 0.0 kB/s"));
+  EXPECT_EQ(text(PictureState::Waiting),
+            line("Waiting for a picture | round trip 0.8 ms | 0.0 kB/s"));
+  EXPECT_EQ(text(PictureState::Stalled),
+            line("No new picture for 3 s | round trip 0.8 ms | 0.0 kB/s"));
+}
+
+TEST(StatusLine, TellsHowLongThereIsNoPicture) {
+  EXPECT_EQ(standstillText({PictureState::Stalled, 0, 12s, 1250ms}), "No new picture for 1 s");
+  EXPECT_EQ(standstillText({PictureState::Stalled, 0, {}, 59999ms}), "No picture for 59 s");
+  EXPECT_EQ(standstillText({PictureState::Stalled, 0, 1h, 125s}), "No new picture for 2 min 5 s");
+}
+
+TEST(StatusLine, IsGreenOnlyWhileAllIsWell) {
+  const QString green = dotOf({State::Connected, 0us, 0, live(30, 100ms)});
+  EXPECT_TRUE(green.contains(QString::fromUtf8("\u25cf")));
+  EXPECT_EQ(dotOf({State::Connected, 0us, 0, {}}), green) << "there is no picture to run";
+  for (const PictureState state : {PictureState::NotPlaying, PictureState::Paused,
+                                   PictureState::Waiting, PictureState::Stalled})
+    EXPECT_NE(dotOf({State::Connected, 0us, 0, {state, 0, {}, 0ms}}), green);
+  for (const State state : {State::Connecting, State::Lost, State::Closed})
+    EXPECT_NE(dotOf({state, 0us, 0, live(30, 100ms)}), green);
 }
 
 TEST(Bandwidth, IsTheBytesSinceTheUpdateBefore) {

@@ -31,10 +31,32 @@ class TestWidget : public LookoutWidget {
     return true;
   }
   quint64 framesPainted() const override { return frames; }
-  double shownFrameRate() const override { return fPlaying ? 12.5 : 0; }
+  std::optional<std::chrono::steady_clock::time_point> lastPainted() const override {
+    return painted;
+  }
+  double frameRateWanted() const override { return 5; }
+  QString pictureProblem() const override { return problem; }
+  QWidget* pictureArea() const override { return area; }
+
+  // Shows pictures from now on, on its right half.
+  void addPicture() {
+    area = new QWidget(this);
+    area->setGeometry(width() / 2, 0, width() - width() / 2, height());
+    area->setAutoFillBackground(true);
+    area->setPalette(Qt::white);
+    area->show();
+  }
+  // A new picture came.
+  void paintPicture() {
+    ++frames;
+    painted = std::chrono::steady_clock::now();
+  }
 
   quint64 frames = 0;
   QByteArray state;
+  std::optional<std::chrono::steady_clock::time_point> painted;
+  QString problem;
+  QWidget* area = nullptr;
 
  private:
   const boost::shared_ptr<Ky::KyBroker> fBroker;

@@ -124,6 +124,9 @@ void ViewImage::measureFrameRate(const Model& model) {
   const std::int64_t timestamp = model.fTimestamp;
   const bool isNew = timestamp != fLastTimestamp;
   fLastTimestamp = timestamp;
-  if (isNew) ++fFramesPainted;
+  if (isNew) {
+    ++fFramesPainted;
+    fLastPainted = std::chrono::steady_clock::now();
+  }
   fFrameRate = static_cast<float>(ComputeCurrentFrameRate(isNew));
 }

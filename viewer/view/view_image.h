@@ -5,8 +5,10 @@
 #include <QFrame>
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
+#include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "viewer/core/model.h"
 
@@ -32,8 +34,10 @@ class ViewImage : public QFrame {
   // Asks for a repaint. Thread-safe.
   void updateThreadSafe();
 
-  // Since the view was made, each new picture counted once; and the rate that is shown.
+  // Since the view was made, each new picture counted once; when the newest was painted; and the
+  // rate that is shown.
   std::uint64_t framesPainted() const { return fFramesPainted; }
+  std::optional<std::chrono::steady_clock::time_point> lastPainted() const { return fLastPainted; }
   double shownFrameRate() const { return static_cast<double>(fFrameRate); }
 
  signals:
@@ -60,4 +64,5 @@ class ViewImage : public QFrame {
   std::int32_t fImageWidth = 0;  // for which fImage was built
   float fFrameRate = 0;
   std::uint64_t fFramesPainted = 0;
+  std::optional<std::chrono::steady_clock::time_point> fLastPainted;
 };

@@ -43,7 +43,10 @@ class Widget : public LookoutWidget, public GCInterface {
   QByteArray saveState() const override;
   bool restoreState(const QByteArray& state) override;
   quint64 framesPainted() const override;
-  double shownFrameRate() const override;
+  std::optional<std::chrono::steady_clock::time_point> lastPainted() const override;
+  double frameRateWanted() const override;
+  QString pictureProblem() const override;
+  QWidget* pictureArea() const override;
 
  public slots:
   void onVideoStart();

@@ -51,8 +51,24 @@ quint64 Widget::framesPainted() const {
   return fViewImage->framesPainted();
 }
 
-double Widget::shownFrameRate() const {
-  return fViewImage->shownFrameRate();
+std::optional<std::chrono::steady_clock::time_point> Widget::lastPainted() const {
+  return fViewImage->lastPainted();
+}
+
+double Widget::frameRateWanted() const {
+  const auto module = fModule.lock();
+  if (!module) return 0;
+  const Ky::KyCriticalSectionRead guard(module->model()->fParamMutex);
+  return module->model()->fFps;
+}
+
+QString Widget::pictureProblem() const {
+  const auto module = fModule.lock();
+  return module ? QString::fromStdString(module->model()->pictureProblem()) : QString();
+}
+
+QWidget* Widget::pictureArea() const {
+  return fViewImage;
 }
 
 void Widget::onVideoStart() {

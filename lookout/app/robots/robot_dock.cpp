@@ -9,7 +9,6 @@
 
 #include "robots/lost_veil.h"
 #include "robots/robot_address.h"
-#include "robots/status_line.h"
 
 namespace Lookout {
 namespace {
@@ -32,6 +31,8 @@ RobotDock::RobotDock(const Plugin& plugin, std::optional<Ky::KyAddress> robot, c
   connect(fSession.get(), &RobotSession::changed, this, &RobotDock::showState);
   connect(fSession.get(), &RobotSession::closed, this, &RobotDock::closed);
   connect(fSession.get(), &RobotSession::closed, this, &QObject::deleteLater);
+  fPicture = std::make_unique<PictureWatch>(*fSession);
+  connect(fPicture.get(), &PictureWatch::changed, this, &RobotDock::showStatus);
   connect(&fStatusTimer, &QTimer::timeout, this, &RobotDock::measure);
   fStatusTimer.start(kStatusMs);
   showState();
@@ -40,6 +41,7 @@ RobotDock::RobotDock(const Plugin& plugin, std::optional<Ky::KyAddress> robot, c
 RobotDock::~RobotDock() {
   // The session tells nobody any more, and its widget goes before the dock's other parts.
   fSession->disconnect(this);
+  fPicture.reset();
   fSession.reset();
 }
 
@@ -133,8 +135,16 @@ void RobotDock::measure() {
 
 void RobotDock::showStatus() {
   fStatus->setVisible(fSession->robot().has_value());
-  fStatus->show(RobotStatus{fSession->state(), fSession->statistics().roundTrip, fBytesPerSecond,
-                            fSession->shownFrameRate()});
+  fStatus->show(status());
+}
+
+RobotStatus RobotDock::status() const {
+  return {fSession->state(), fSession->statistics().roundTrip, fBytesPerSecond,
+          fPicture->reading()};
+}
+
+const QString& RobotDock::problem() const {
+  return fSession->problem().isEmpty() ? fPicture->problem() : fSession->problem();
 }
 
 void RobotDock::closeEvent(QCloseEvent* event) {

@@ -7,7 +7,9 @@
 
 #include "plugins/plugin_catalog.h"
 #include "robots/bandwidth.h"
+#include "robots/picture_watch.h"
 #include "robots/robot_session.h"
+#include "robots/status_line.h"
 
 class QLabel;
 class QScrollArea;
@@ -16,7 +18,6 @@ class QStackedWidget;
 namespace Lookout {
 
 class LostVeil;
-class StatusLine;
 
 // Shows one robot's widget, or why there is none, above a line about its connection. Closing it
 // ends the session, then deletes the dock. GUI thread.
@@ -31,6 +32,10 @@ class RobotDock : public QDockWidget {
   ~RobotDock() override;
 
   RobotSession& session() const { return *fSession; }
+  // What its status line shows.
+  RobotStatus status() const;
+  // Why the picture stands still, or why there is none; empty while all is well, or not known.
+  const QString& problem() const;
   // "HOST:PORT"; empty without a robot.
   QString robotName() const;
   // "PLUG-IN HOST:PORT"
@@ -68,6 +73,7 @@ class RobotDock : public QDockWidget {
   double fBytesPerSecond = 0;
   QTimer fStatusTimer;
   std::unique_ptr<RobotSession> fSession;
+  std::unique_ptr<PictureWatch> fPicture;
 };
 
 }  // namespace Lookout

@@ -258,9 +258,4 @@ quint64 RobotSession::framesPainted() const {
   return fFramesBefore + (widget != nullptr ? widget->framesPainted() : 0);
 }
 
-double RobotSession::shownFrameRate() const {
-  const LookoutWidget* widget = lookoutWidget();
-  return widget != nullptr && fState == State::Connected ? widget->shownFrameRate() : 0;
-}
-
 }  // namespace Lookout

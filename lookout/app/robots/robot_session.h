@@ -67,7 +67,6 @@ class RobotSession : public QObject {
   void setPlaying(bool playing);
   // Of all widgets of this session together.
   quint64 framesPainted() const;
-  double shownFrameRate() const;
 
  signals:
   // The state or the problem changed.

@@ -1,10 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "robots/status_line.h"
 
+#include "robots/figure_texts.h"
+
 namespace Lookout {
 namespace {
 
 using State = RobotSession::State;
+
+// Strong enough for light and dark backgrounds.
+constexpr const char* kGreen = "#2e9e44";
+constexpr const char* kAmber = "#d98200";
+constexpr const char* kRed = "#d32f2f";
+constexpr const char* kGrey = "#808080";
 
 QString stateText(State state) {
   switch (state) {
@@ -22,35 +30,78 @@ QString stateText(State state) {
   return {};
 }
 
-// Strong enough for light and dark backgrounds.
 const char* stateColour(State state) {
   switch (state) {
     case State::Connected:
-      return "#2e9e44";
+      return kGreen;
     case State::Lost:
-      return "#d32f2f";
+      return kRed;
     default:
-      return "#d98200";
+      return kAmber;
   }
 }
 
-QString bandwidthText(double bytesPerSecond) {
-  if (bytesPerSecond >= 1e6) return StatusLine::tr("%1 MB/s").arg(bytesPerSecond / 1e6, 0, 'f', 1);
-  return StatusLine::tr("%1 kB/s").arg(bytesPerSecond / 1e3, 0, 'f', 1);
+// Of a robot that is connected.
+QString pictureText(const PictureReading& picture) {
+  switch (picture.state) {
+    case PictureState::None:
+      return stateText(State::Connected);
+    case PictureState::NotPlaying:
+      return StatusLine::tr("Not playing");
+    case PictureState::Paused:
+      return StatusLine::tr("Paused");
+    case PictureState::Waiting:
+      return StatusLine::tr("Waiting for a picture");
+    case PictureState::Live:
+      return StatusLine::tr("Live");
+    case PictureState::Stalled:
+      return standstillText(picture);
+  }
+  return {};
+}
+
+const char* pictureColour(PictureState state) {
+  switch (state) {
+    case PictureState::None:
+    case PictureState::Live:
+      return kGreen;
+    case PictureState::NotPlaying:
+    case PictureState::Paused:
+      return kGrey;
+    default:
+      return kAmber;
+  }
+}
+
+const char* colourOf(const RobotStatus& status) {
+  return status.state == State::Connected ? pictureColour(status.picture.state)
+                                          : stateColour(status.state);
+}
+
+QStringList liveFigures(const PictureReading& picture) {
+  QStringList figures;
+  if (picture.framesPerSecond > 0)
+    figures << StatusLine::tr("%1 fps").arg(picture.framesPerSecond, 0, 'f', 1);
+  if (picture.age)
+    figures << StatusLine::tr("newest picture %1 ago").arg(durationText(*picture.age));
+  return figures;
 }
 
 }  // namespace
 
+QString standstillText(const PictureReading& picture) {
+  return (picture.age ? StatusLine::tr("No new picture for %1")
+                      : StatusLine::tr("No picture for %1"))
+      .arg(durationText(picture.standstill));
+}
+
 QString statusText(const RobotStatus& status) {
-  QStringList parts = {stateText(status.state)};
-  if (status.state == State::Connected) {
-    if (status.roundTrip.count() > 0)
-      parts << StatusLine::tr("round trip %1 ms")
-                   .arg(static_cast<double>(status.roundTrip.count()) / 1000, 0, 'f', 1);
-    parts << bandwidthText(status.bytesPerSecond);
-    if (status.framesPerSecond > 0)
-      parts << StatusLine::tr("%1 fps").arg(status.framesPerSecond, 0, 'f', 1);
-  }
+  if (status.state != State::Connected) return stateText(status.state);
+  QStringList parts = {pictureText(status.picture)};
+  if (status.picture.state == PictureState::Live) parts << liveFigures(status.picture);
+  if (status.roundTrip.count() > 0)
+    parts << StatusLine::tr("round trip %1").arg(roundTripText(status.roundTrip));
+  parts << bandwidthText(status.bytesPerSecond);
   return parts.join(QString::fromUtf8(" \u00b7 "));
 }
 
@@ -61,7 +112,7 @@ StatusLine::StatusLine(QWidget* parent) : QLabel(parent) {
 
 void StatusLine::show(const RobotStatus& status) {
   setText(QString("<span style=\"color:%1\">\u25cf</span> %2")
-              .arg(stateColour(status.state), statusText(status).toHtmlEscaped()));
+              .arg(colourOf(status), statusText(status).toHtmlEscaped()));
 }
 
 }  // namespace Lookout

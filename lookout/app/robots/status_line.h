@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-// One line about one robot's connection.
+// One line about one robot's connection and picture.
 #pragma once
 
 #include <QLabel>
 #include <chrono>
 
+#include "robots/picture_meter.h"
 #include "robots/robot_session.h"
 
 namespace Lookout {
@@ -13,13 +14,17 @@ struct RobotStatus {
   RobotSession::State state = RobotSession::State::Connecting;
   std::chrono::microseconds roundTrip{0};  // 0: not known
   double bytesPerSecond = 0;
-  double framesPerSecond = 0;  // 0: not shown
+  PictureReading picture;
 };
 
-// "Connected · round trip 0.8 ms · 37.1 MB/s · 29.9 fps"; what is not known is left out.
+// "Live · 29.9 fps · newest picture 0.1 s ago · round trip 0.8 ms · 37.1 MB/s"; what is not known
+// is left out.
 QString statusText(const RobotStatus& status);
 
-// Shows a status behind a dot of the state's colour. GUI thread.
+// "No new picture for 3 s" of one that is stalled.
+QString standstillText(const PictureReading& picture);
+
+// Shows a status behind a dot of the state's colour: green while all is well. GUI thread.
 class StatusLine : public QLabel {
   Q_OBJECT
 

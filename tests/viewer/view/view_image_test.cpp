@@ -159,6 +159,23 @@ TEST_F(View, CountsEachNewPictureOnce) {
   EXPECT_EQ(fView.framesPainted(), 2U);
 }
 
+TEST_F(View, KnowsWhenItPaintedTheNewestPicture) {
+  shot();
+  EXPECT_FALSE(fView.lastPainted().has_value());
+  setTimestamp(1);
+  const auto before = std::chrono::steady_clock::now();
+  shot();
+  const auto first = fView.lastPainted();
+  ASSERT_TRUE(first.has_value());
+  EXPECT_GE(*first, before);
+  EXPECT_LE(*first, std::chrono::steady_clock::now());
+  shot();
+  EXPECT_EQ(fView.lastPainted(), first) << "the same picture again";
+  setTimestamp(2);
+  shot();
+  EXPECT_GT(fView.lastPainted(), first);
+}
+
 TEST_F(View, CanBePaintedWithoutInit) {
   ViewImage view(fModel, nullptr);
   fModel->fWidth = 0;

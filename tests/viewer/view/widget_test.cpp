@@ -210,6 +210,40 @@ TEST(Widget, ShowsTheRobotsPictureOncePlayIsPressed) {
   EXPECT_EQ(panel.picture().pixel(320, 240), qRgb(128, 128, 128));
 }
 
+TEST(Widget, TellsTheHostOfItsPicture) {
+  Panel panel;
+  Widget& widget = panel.open();
+  EXPECT_EQ(widget.pictureArea(), widget.findChild<ViewImage*>());
+  EXPECT_FALSE(widget.lastPainted().has_value());
+  EXPECT_EQ(widget.frameRateWanted(), 30);
+  panel.viewer.model().fFps = 5;
+  EXPECT_EQ(widget.frameRateWanted(), 5);
+  widget.show();
+  panel.button("Play")->click();
+  EXPECT_TRUE(waitUntil([&] { return widget.lastPainted().has_value(); }));
+  EXPECT_EQ(widget.pictureProblem(), "");
+  panel.viewer.dropModule();
+  EXPECT_TRUE(waitUntil([&] { return widget.frameRateWanted() == 0; }));
+  EXPECT_EQ(widget.pictureProblem(), "");
+}
+
+TEST(Widget, TellsTheHostWhyNoPictureComes) {
+  Panel panel;
+  std::atomic<bool> unplugged = true;
+  panel.viewer.device->answer("getImageRemote", [&](const Ky::KyValue::Array&) -> Ky::KyValue {
+    if (unplugged) throw Ky::KyError("camera 0 has no picture: it is unplugged");
+    return greyPicture(320, 240, 126, 1);
+  });
+  Widget& widget = panel.open();
+  widget.show();
+  panel.button("Play")->click();
+  EXPECT_TRUE(waitUntil(
+      [&] { return widget.pictureProblem() == "camera 0 has no picture: it is unplugged"; }));
+  unplugged = false;
+  EXPECT_TRUE(waitUntil([&] { return widget.pictureProblem().isEmpty(); }));
+  panel.widget.reset();
+}
+
 TEST(Widget, StopsFetchingAtPause) {
   Panel panel;
   Widget& widget = panel.open();

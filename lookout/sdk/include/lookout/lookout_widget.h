@@ -3,7 +3,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
 #include <QWidget>
+#include <chrono>
+#include <optional>
 
 class WidgetInterface;
 
@@ -28,10 +31,19 @@ class LookoutWidget : public QWidget {
   virtual QByteArray saveState() const { return {}; }
   virtual bool restoreState(const QByteArray& state);
 
-  // For the host's status line and report; widgets without pictures keep the zeros. Frames painted
-  // since the widget was made, each new picture counted once; and the rate shown now, per second.
+  // The host measures the picture for its status line and report, and veils it when it stands still
+  // while it plays. Widgets without pictures keep the defaults.
+  //
+  // Frames painted since the widget was made, each new picture counted once, and when the newest
+  // was painted.
   virtual quint64 framesPainted() const { return 0; }
-  virtual double shownFrameRate() const { return 0; }
+  virtual std::optional<std::chrono::steady_clock::time_point> lastPainted() const { return {}; }
+  // How many pictures a second it asks the robot for; 0: not known.
+  virtual double frameRateWanted() const { return 0; }
+  // Why no picture comes, in words for the user; empty when one came, or when nobody knows.
+  virtual QString pictureProblem() const { return {}; }
+  // The part of it that shows the pictures, to be veiled: it takes no input. Null without pictures.
+  virtual QWidget* pictureArea() const { return nullptr; }
 
  signals:
   // The connection to the robot is lost. The widget gets no more data; when the robot is back, the
