@@ -90,5 +90,5 @@ class Widget : public LookoutWidget, public GCInterface {
   QString fIconPath;
   CameraThread* fCameraThread = nullptr;
   std::atomic<bool> fPlaying = false;  // changed before the camera thread is told
-  Notice* fNotice = nullptr;  // null until there is something to say
+  Notice* fNotice = nullptr;           // null until there is something to say
 };

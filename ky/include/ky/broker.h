@@ -129,8 +129,8 @@ class KyBroker : public boost::enable_shared_from_this<KyBroker> {
 
   // Calls a module wherever it lives, waits for its answer and returns it. Throws the callee's
   // KyError, or one of the runtime's own: unknown module, unknown method, wrong arguments, value
-  // too large, no answer in time, peer silent or lost. A module that left a call unanswered is mute:
-  // further calls fail at once until it answers a ping, which the runtime sends by itself.
+  // too large, no answer in time, peer silent or lost. A module that left a call unanswered is
+  // mute: further calls fail at once until it answers a ping, which the runtime sends by itself.
   KyValue call(const std::string& module, const std::string& method, KyValue::Array arguments,
                std::optional<std::chrono::milliseconds> deadline = std::nullopt);
 

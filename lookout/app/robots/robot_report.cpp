@@ -37,6 +37,8 @@ QString stateWords(const RobotStatus& status) {
       return "connecting";
     case State::Connected:
       return pictureWords(status.picture);
+    case State::Silent:
+      return "silent";
     case State::Lost:
       return "lost";
     case State::Closed:
