@@ -6,6 +6,7 @@
 #include <csignal>
 #include <random>
 
+#include "lookout/lookout_widget.h"
 #include "support/log_capture.h"
 #include "window/robot_area.h"
 #include "window_on_robots.h"
@@ -23,6 +24,10 @@ bool says(const LogCapture& log, const std::string& text) {
   for (const auto& record : log.records())
     if (record.text.find(text) != std::string::npos) return true;
   return false;
+}
+
+bool playing(const RobotSession& session) {
+  return qobject_cast<LookoutWidget*>(session.widget())->isPlaying();
 }
 
 TEST(LostRobot, AKilledRobotIsLostAndItsSuccessorFound) {
@@ -62,6 +67,11 @@ TEST(LostRobot, AFrozenRobotIsSilentAndGoesOnWhereItWasWhenItThaws) {
   robot.process().signal(SIGSTOP);
   ASSERT_TRUE(waitUntil([&] { return session->state() == State::Silent; }));
   EXPECT_TRUE(says(log, "no sign of life"));
+  // It asks nothing of a robot that does not answer, and does not complain at every tick.
+  ASSERT_TRUE(waitUntil([&] { return !playing(*session); }));
+  log.clear();
+  EXPECT_FALSE(
+      waitUntil([&] { return says(log, "Wrong number of elements"); }, std::chrono::seconds(1)));
   robot.process().signal(SIGCONT);
   ASSERT_TRUE(waitUntil([&] { return session->state() == State::Connected; }));
   EXPECT_TRUE(desktop.waitForFrames(*session, 3));

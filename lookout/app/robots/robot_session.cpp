@@ -92,11 +92,11 @@ void RobotSession::onConnection(Ky::KyConnection connection, const QString& why)
   if (fState == State::Closed || fMaking) return;
   const bool hasRobot = fState == State::Connected || fState == State::Silent;
   if (connection == Ky::KyConnection::Connected && hasRobot) {
-    setState(State::Connected, {});
+    goOn();
   } else if (connection == Ky::KyConnection::Connected) {
     openWidget();
   } else if (connection == Ky::KyConnection::Silent && hasRobot) {
-    setState(State::Silent, why);
+    pause(why);
   } else if (connection == Ky::KyConnection::Lost && hasRobot) {
     lose(why);
   } else if (connection == Ky::KyConnection::Lost && fState == State::Connecting) {
@@ -104,11 +104,27 @@ void RobotSession::onConnection(Ky::KyConnection connection, const QString& why)
   }
 }
 
+// What plays would only ask in vain, and say so, at each of its ticks.
+void RobotSession::pause(const QString& why) {
+  LookoutWidget* widget = lookoutWidget();
+  if (widget != nullptr && fState == State::Connected) {
+    fPlaying = widget->isPlaying();
+    if (fPlaying) widget->setPlaying(false);
+  }
+  setState(State::Silent, why);
+}
+
+void RobotSession::goOn() {
+  LookoutWidget* widget = lookoutWidget();
+  if (widget != nullptr && fState == State::Silent && fPlaying) widget->setPlaying(true);
+  setState(State::Connected, {});
+}
+
 void RobotSession::lose(const QString& why) {
   zu::log::warning("lookout", "session")
       << "lost " << fRobot->toString() << ": " << why.toStdString();
   if (LookoutWidget* widget = lookoutWidget()) {
-    fPlaying = widget->isPlaying();
+    if (fState == State::Connected) fPlaying = widget->isPlaying();
     fWidgetState = widget->saveState();
     emit widget->disconnected(&fPlugin);
   }

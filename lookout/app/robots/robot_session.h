@@ -27,8 +27,8 @@ namespace Lookout {
 //   Silent, Connected --given up, restarted--> Lost --answers--> Connected ..  any --close-->
 //   Closed
 //
-// A silent robot's widget stays as it is. A lost one's can't reach the robot any more: what is left
-// of it must not act on whoever is there next.
+// A silent robot's widget stays as it is, and does not play meanwhile. A lost one's can't reach the
+// robot any more: what is left of it must not act on whoever is there next.
 //
 // A widget that can't be made is tried again: at once when the robot comes back, and from time to
 // time. GUI thread; the longest that it blocks is what the plug-in's getWidget() and the widget's
@@ -82,6 +82,8 @@ class RobotSession : public QObject {
   void dropProbe();
   void watch(const Broker& broker, Ky::KyConnection expected);
   void onConnection(Ky::KyConnection connection, const QString& why);
+  void pause(const QString& why);
+  void goOn();
   void lose(const QString& why);
   void openWidget();
   QWidget* makeWidget(QString& why);
