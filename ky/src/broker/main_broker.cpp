@@ -2,11 +2,18 @@
 #include "broker/main_broker.h"
 
 #include <set>
+#include <thread>
 #include <utility>
 
 #include "zu/log.h"
 
 namespace Ky {
+namespace {
+
+// For peers to read the goodbye.
+constexpr std::chrono::milliseconds kFarewell{50};
+
+}  // namespace
 
 MainBroker::MainBroker(KyBrokerOptions options)
     : BrokerCore(std::move(options)), fSocket(context(), zmq::socket_type::router) {
@@ -130,6 +137,9 @@ void MainBroker::closeSockets() {
   for (const auto& [route, peer] : fPeers)
     send(fSocket, route, encode(byeMessage("the robot stops"), fOptions.limits));
   for (const auto& [route, peer] : fPeers) fPending.failAll(route, "the broker is closed");
+  // A peer's ZeroMQ drops what it has not read when the connection ends: a goodbye at the last
+  // moment would be taken for a silence, which is borne for long.
+  if (!fPeers.empty()) std::this_thread::sleep_for(kFarewell);
   fPeers.clear();
   fAuthenticator.reset();
   fSocket.close();
