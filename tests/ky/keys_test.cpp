@@ -135,6 +135,26 @@ TEST_F(KeysOfARobotThatRuns, CountAsSoonAsTheyAreAddedOrRemoved) {
   EXPECT_TRUE(isRefused());
 }
 
+// The everyday case: a desktop that waits, refused, while the robot's owner adds its key.
+TEST_F(KeysOfARobotThatRuns, LetInWhoWasRefusedAndStillWaits) {
+  start();
+  peer.connectLater = true;
+  const auto desktop = KyBroker::create(peer);
+  const auto problem = [&] {
+    try {
+      desktop->moduleNames();
+    } catch (const KyError& error) {
+      return std::string(error.what());
+    }
+    return std::string();
+  };
+  ASSERT_TRUE(
+      waitUntil([&] { return problem().find("know this machine's key") != std::string::npos; }));
+  robotKeys.add("desktop", desktopsOwn.publicKey);
+  EXPECT_TRUE(waitUntil([&] { return desktop->connection() == KyConnection::Connected; }));
+  desktop->shutdown();
+}
+
 // Faster than the file system's clock ticks.
 TEST_F(Keys, AreAllKnownAtOnceWhenTheyAreAddedInARow) {
   KyKeyStore store(folder / "robot");

@@ -314,12 +314,16 @@ TEST(Loss, ADisconnectedBrokersModulesCanNotReachTheRobotAnyMore) {
   robot->shutdown();
 }
 
-// Accepts one connection, says something that is no handshake, and hangs up.
+// Accepts one connection, greets with a mechanism that there is not, and hangs up.
 void garbleOneHandshake(int listening) {
   const int connection = ::accept(listening, nullptr, nullptr);
-  const std::string garbage(200, 'x');
+  std::string greeting(64, '\0');
+  greeting[0] = '\xFF';
+  greeting[9] = '\x7F';
+  greeting[10] = 3;
+  greeting.replace(12, 5, "BOGUS");
   [[maybe_unused]] const auto sent =
-      ::send(connection, garbage.data(), garbage.size(), MSG_NOSIGNAL);
+      ::send(connection, greeting.data(), greeting.size(), MSG_NOSIGNAL);
   ::shutdown(connection, SHUT_WR);
   char rest[256];
   while (::recv(connection, rest, sizeof rest, 0) > 0) {
