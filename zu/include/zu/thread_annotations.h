@@ -19,11 +19,8 @@
 #define ZU_PT_GUARDED_BY(lock) ZU_ANNOTATION(pt_guarded_by(lock))
 #define ZU_ACQUIRED_BEFORE(...) ZU_ANNOTATION(acquired_before(__VA_ARGS__))
 
-// Of a function: what its caller holds (for reading), or must not hold; what it takes and gives
-// back.
+// Of a function: what its caller holds; what it takes and gives back.
 #define ZU_REQUIRES(...) ZU_ANNOTATION(requires_capability(__VA_ARGS__))
-#define ZU_REQUIRES_SHARED(...) ZU_ANNOTATION(requires_shared_capability(__VA_ARGS__))
-#define ZU_EXCLUDES(...) ZU_ANNOTATION(locks_excluded(__VA_ARGS__))
 #define ZU_ACQUIRE(...) ZU_ANNOTATION(acquire_capability(__VA_ARGS__))
 #define ZU_ACQUIRE_SHARED(...) ZU_ANNOTATION(acquire_shared_capability(__VA_ARGS__))
 #define ZU_RELEASE(...) ZU_ANNOTATION(release_capability(__VA_ARGS__))
