@@ -23,6 +23,10 @@ void KyModule::setModuleDescription(const std::string& description) {
   fDescription = description;
 }
 
+void KyModule::offer(const std::string& what) {
+  fOffered.push_back(what);
+}
+
 void KyModule::functionName(const std::string& method, const std::string& module,
                             const std::string& description) {
   if (module != fName) throw KyError(fName, method, "described under the module name " + module);

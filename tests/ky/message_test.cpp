@@ -22,6 +22,7 @@ TEST(Message, ComesBackAsItWent) {
       pingMessage(1),
       pongMessage(1),
       byeMessage("why"),
+      offersMessage(KyValue::array({"A.more"})),
   };
   int kind = 0;
   for (const Message& message : messages) {

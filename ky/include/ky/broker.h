@@ -127,6 +127,10 @@ class KyBroker : public boost::enable_shared_from_this<KyBroker> {
   // The names of all modules in reach, sorted.
   std::vector<std::string> moduleNames();
 
+  // Whether a module in reach has said that it does `what` beyond what every robot's module of its
+  // name does. Asks nobody, so it costs nothing; false while not connected for the first time.
+  bool offers(const std::string& module, const std::string& what) const;
+
   // Calls a module wherever it lives, waits for its answer and returns it. Throws the callee's
   // KyError, or one of the runtime's own: unknown module, unknown method, wrong arguments, value
   // too large, no answer in time, peer silent or lost. A module that left a call unanswered is

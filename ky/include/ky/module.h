@@ -70,6 +70,7 @@ class KyModule : public boost::enable_shared_from_this<KyModule> {
   const boost::shared_ptr<KyBroker>& getParentBroker() const { return fBroker; }
   const std::string& getModuleDescription() const { return fDescription; }
   const std::vector<KyMethod>& methods() const { return fMethods; }
+  const std::vector<std::string>& offered() const { return fOffered; }
 
   // Publishes the bound methods: registers the module with its broker.
   void initModule();
@@ -92,6 +93,10 @@ class KyModule : public boost::enable_shared_from_this<KyModule> {
 
  protected:
   void setModuleDescription(const std::string& description);
+  // Says to every peer, by itself, that this module does `what`, a word of at most 64 letters,
+  // which not every robot's module of this name does: callers ask for it where it is offered only;
+  // see KyBroker::offers(). Before registration.
+  void offer(const std::string& what);
   // Begins the description of a method; addParam() and setReturn() complete it, bindMethod()
   // publishes it.
   void functionName(const std::string& method, const std::string& module,
@@ -119,6 +124,7 @@ class KyModule : public boost::enable_shared_from_this<KyModule> {
   std::string fName;
   std::string fDescription;
   std::vector<KyMethod> fMethods;
+  std::vector<std::string> fOffered;
   KyMethod fDescribed;  // between functionName() and bindMethod()
 };
 

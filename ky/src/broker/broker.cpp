@@ -38,6 +38,10 @@ bool KyBroker::isModulePresent(const std::string& module) {
   return fCore->localModules().contains(module) || fCore->isPresentElsewhere(module);
 }
 
+bool KyBroker::offers(const std::string& module, const std::string& what) const {
+  return fCore->offers(module + "." + what);
+}
+
 std::vector<std::string> KyBroker::moduleNames() {
   std::vector<std::string> names = fCore->namesElsewhere();
   for (std::string& name : fCore->localModules().names()) names.push_back(std::move(name));
@@ -62,12 +66,14 @@ void KyBroker::registerModule(boost::shared_ptr<KyModule> module) {
     fCore->localModules().remove(name);
     throw;
   }
+  fCore->offersChanged();
 }
 
 void KyBroker::unregisterModule(const std::string& name) {
   if (!fCore->localModules().contains(name)) return;
   fCore->withdraw(name);
   fCore->localModules().remove(name);
+  fCore->offersChanged();
 }
 
 KyConnection KyBroker::connection() const {

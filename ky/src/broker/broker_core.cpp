@@ -42,6 +42,14 @@ KyStatistics BrokerCore::statistics() const {
   return {fBytesIn, fBytesOut, std::chrono::microseconds(fRoundTrip.load())};
 }
 
+bool BrokerCore::offers(const std::string& offer) const {
+  return fOffers.contains(offer) || fLocal.offers().contains(offer);
+}
+
+void BrokerCore::offersChanged() {
+  fLoop.post([this] { sayOffers(); });
+}
+
 Sent BrokerCore::send(zmq::socket_t& socket, const std::string& route, const Parts& parts) {
   const Sent sent = sendParts(socket, route, parts);
   if (sent == Sent::Yes) fBytesOut += parts.bytes();

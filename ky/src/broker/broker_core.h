@@ -12,6 +12,7 @@
 #include <zmq.hpp>
 
 #include "broker/local_modules.h"
+#include "broker/offers.h"
 #include "broker/pending_calls.h"
 #include "ky/broker.h"
 #include "transport/io_loop.h"
@@ -38,6 +39,8 @@ class BrokerCore : protected IoLoop::Client {
 
   const KyBrokerOptions& options() const { return fOptions; }
   LocalModules& localModules() { return fLocal; }
+  // "MODULE.WHAT", of any module in reach.
+  bool offers(const std::string& offer) const;
   KyStatistics statistics() const;
 
   KyValue call(const std::string& module, const std::string& method, KyValue::Array arguments,
@@ -49,6 +52,9 @@ class BrokerCore : protected IoLoop::Client {
   // Modules that are not local.
   virtual bool isPresentElsewhere(const std::string& module) = 0;
   virtual std::vector<std::string> namesElsewhere() = 0;
+
+  // To be told after both.
+  void offersChanged();
 
   virtual KyAddress address() const = 0;
   virtual KyConnection connection() const = 0;
@@ -87,6 +93,8 @@ class BrokerCore : protected IoLoop::Client {
   // Has a local module called for somebody outside; the answer goes out over sendAnswer(). False
   // when there is no such module.
   bool callForPeer(const KyPeer& caller, const std::string& route, Message message);
+  // On the io thread: to whom it has changed for since it was told last.
+  virtual void sayOffers() = 0;
   // From any thread.
   virtual void sendAnswer(const std::string& route, Parts parts) = 0;
   // An answer that is too large becomes an error.
@@ -97,6 +105,7 @@ class BrokerCore : protected IoLoop::Client {
   const KyBrokerOptions fOptions;
   PendingCalls fPending;
   LocalModules fLocal;
+  Offers fOffers;  // of others' modules
 
  private:
   zmq::context_t fOwnContext;

@@ -41,6 +41,14 @@ std::vector<std::string> LocalModules::names() const {
   return names;
 }
 
+Offers::Set LocalModules::offers() const {
+  const zu::MutexLock guard(fMutex);
+  Offers::Set offers;
+  for (const auto& [name, entry] : fEntries)
+    for (const std::string& what : entry->module->offered()) offers.insert(name + "." + what);
+  return offers;
+}
+
 std::shared_ptr<LocalModules::Entry> LocalModules::find(const std::string& name) const {
   const zu::MutexLock guard(fMutex);
   const auto found = fEntries.find(name);

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "broker/call_queue.h"
+#include "broker/offers.h"
 #include "broker/outcome.h"
 #include "ky/peer.h"
 #include "ky/value.h"
@@ -36,6 +37,7 @@ class LocalModules {
   void add(boost::shared_ptr<KyModule> module);
   bool contains(const std::string& name) const;
   std::vector<std::string> names() const;
+  Offers::Set offers() const;
   // Waits for the running call, stops the module and releases it. Throws KyError when called from
   // the module's own method.
   void remove(const std::string& name);

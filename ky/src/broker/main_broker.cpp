@@ -175,6 +175,9 @@ void MainBroker::handle(const std::string& route, Message message) {
       return sendTo(route, pongMessage(message.id()));
     case MessageKind::Bye:
       return peerGone(route, "it said goodbye");
+    case MessageKind::Offers:
+      takeOffers(route, message.fields[0]);
+      return sayOffers();
     default:
       return;  // nothing that a peer says to its parent
   }
@@ -195,6 +198,7 @@ void MainBroker::welcome(const std::string& route, const Message& hello) {
     fPeers.erase(known);
     breakCalls(before, "the connection to the peer was interrupted");
     fDirectory.rename(before, route);
+    fOffers.rename(before, route);
     break;
   }
   fPeers[route] = {{id, name}, fClock.now()};
@@ -208,7 +212,32 @@ void MainBroker::welcome(const std::string& route, const Message& hello) {
     }
   }
   fDirectory.keepOnly(modules, route);
-  sendTo(route, welcomeMessage(fOptions.name, isKnown));
+  takeOffers(route, hello.fields[4]);
+  sendTo(route, welcomeMessage(fOptions.name, isKnown, offersToValue(allOffers())));
+  sayOffers();
+}
+
+void MainBroker::takeOffers(const std::string& route, const KyValue& offers) {
+  std::set<std::string> own;
+  for (std::string& module : fDirectory.names())
+    if (fDirectory.holder(module) == route) own.insert(std::move(module));
+  fOffers.set(route, offersFromValue(offers, &own));
+}
+
+Offers::Set MainBroker::allOffers() const {
+  Offers::Set all = fOffers.all();
+  all.merge(fLocal.offers());
+  return all;
+}
+
+// To those who are there; who comes later is told with the welcome.
+void MainBroker::sayOffers() {
+  Offers::Set offers = allOffers();
+  if (offers == fOffersSaid) return;
+  fOffersSaid = std::move(offers);
+  std::vector<std::string> routes;
+  for (const auto& [route, peer] : fPeers) routes.push_back(route);
+  for (const std::string& route : routes) sendTo(route, offersMessage(offersToValue(fOffersSaid)));
 }
 
 void MainBroker::registerFor(const std::string& route, const std::string& module) {
@@ -322,6 +351,8 @@ void MainBroker::peerGone(const std::string& route, const std::string& why) {
   fPeers.erase(found);
   zu::log::info("ky", "peerGone") << peer.name << " left: " << why;
   fDirectory.removeAll(route);
+  fOffers.remove(route);
+  sayOffers();
   breakCalls(route, "the peer " + peer.name + " is gone: " + why);
   fLocal.peerLeft(peer);
 }

@@ -40,6 +40,7 @@ class MainBroker : public BrokerCore {
   std::vector<zmq::pollitem_t> waitFor() override;
   void work() override;
   void sendAnswer(const std::string& route, Parts parts) override;
+  void sayOffers() override;
 
  private:
   struct Peer {
@@ -65,6 +66,8 @@ class MainBroker : public BrokerCore {
   void welcome(const std::string& route, const Message& hello);
   void handleCall(const std::string& route, Message call);
   Outcome answerOwnCall(const std::string& route, const Message& call);
+  void takeOffers(const std::string& route, const KyValue& offers);
+  Offers::Set allOffers() const;
   void registerFor(const std::string& route, const std::string& module);
   void forward(const std::string& route, const std::string& callee, Message call);
   void handleAnswer(const std::string& route, Message answer);
@@ -83,6 +86,7 @@ class MainBroker : public BrokerCore {
   AwakeClock fClock;                            // io thread
   std::map<std::string, Peer> fPeers;           // by route; io thread
   std::map<std::int64_t, Forward> fForwards;    // by our id; io thread
+  Offers::Set fOffersSaid;                      // to every peer; io thread
   std::optional<Authenticator> fAuthenticator;  // io thread, once it runs
   zmq::socket_t fSocket;                        // io thread, once it runs
 };

@@ -233,8 +233,18 @@ void PeerBroker::work() {
 void PeerBroker::sayHello() {
   const auto now = std::chrono::steady_clock::now();
   if (fLastHello != SteadyTime{} && now - fLastHello < fOptions.patience.heartbeat) return;
-  const Parts hello = encode(helloMessage(fId, fOptions.name, fLocal.names()), fOptions.limits);
+  fOffersSaid = fLocal.offers();
+  const Parts hello =
+      encode(helloMessage(fId, fOptions.name, fLocal.names(), offersToValue(fOffersSaid)),
+             fOptions.limits);
   if (send(fSocket, kParent, hello) == Sent::Yes) fLastHello = now;
+}
+
+void PeerBroker::sayOffers() {
+  Offers::Set offers = fLocal.offers();
+  if (!fConnected || offers == fOffersSaid) return;
+  fOffersSaid = std::move(offers);
+  send(fSocket, kParent, encode(offersMessage(offersToValue(fOffersSaid)), fOptions.limits));
 }
 
 void PeerBroker::handleEvent(ConnectionMonitor::Event event) {
@@ -281,6 +291,9 @@ void PeerBroker::handle(Message message) {
       return;
     case MessageKind::Bye:
       return handleBye("it said: " + message.fields[0].asString());
+    case MessageKind::Offers:
+      fOffers.set(kParent, offersFromValue(message.fields[0]));
+      return;
     default:
       return;  // nothing that a parent says
   }
@@ -294,6 +307,7 @@ void PeerBroker::handleWelcome(const Message& welcome) {
     zu::log::warning("ky", "lose") << "lost the robot at " << parentName() << ": it was restarted";
     fState.set(KyConnection::Lost, "it was restarted");
   }
+  fOffers.set(kParent, offersFromValue(welcome.fields[3]));
   fConnected = true;
   fLastPing = std::chrono::steady_clock::now();
   fState.set(KyConnection::Connected, "");
@@ -364,6 +378,7 @@ void PeerBroker::lose(const std::string& why) {
   fConnected = false;
   zu::log::warning("ky", "lose") << "lost the robot at " << parentName() << ": " << why;
   fId = randomId();
+  fOffers.remove(kParent);
   startOver();
   fState.set(KyConnection::Lost, why);
   fPending.failAll(kParent, "lost the robot at " + parentName() + ": " + why);

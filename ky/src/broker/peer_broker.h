@@ -43,6 +43,7 @@ class PeerBroker : public BrokerCore {
   std::vector<zmq::pollitem_t> waitFor() override;
   void work() override;
   void sendAnswer(const std::string& route, Parts parts) override;
+  void sayOffers() override;
 
  private:
   std::string parentName() const;
@@ -73,6 +74,7 @@ class PeerBroker : public BrokerCore {
   MuteModules fMute;
   std::map<std::int64_t, std::string>
       fProbes;              // asked whether they answer again, by call; io thread
+  Offers::Set fOffersSaid;  // to the parent; io thread
   bool fConnected = false;  // io thread's own view
   AwakeClock fClock;
   AwakeClock::Time fLastHeard{0};

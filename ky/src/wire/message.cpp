@@ -7,18 +7,21 @@
 namespace Ky {
 namespace {
 
+constexpr int kKinds = 9;
+
 // The types of the fields behind the kind. Nothing stands for a value of any type.
 const std::vector<KyType>& fieldTypes(MessageKind kind) {
   using enum KyType;
-  static const std::array<std::vector<KyType>, 8> kTypes = {{
-      {Int, String, String, Array},
-      {Int, String, Bool},
+  static const std::array<std::vector<KyType>, kKinds> kTypes = {{
+      {Int, String, String, Array, Array},
+      {Int, String, Bool, Array},
       {Int, String, String, Array, Int},
       {Int, Nothing},
       {Int, String, String, String},
       {Int},
       {Int},
       {String},
+      {Array},
   }};
   return kTypes[static_cast<std::size_t>(kind) - 1];
 }
@@ -26,9 +29,13 @@ const std::vector<KyType>& fieldTypes(MessageKind kind) {
 // `elements`: the kind and its fields.
 Message toMessage(const KyValue::Array& elements) {
   const std::int64_t kind = elements.empty() ? 0 : elements[0].asInt64();
-  if (kind < 1 || kind > 8) throw KyError("unknown kind of message " + std::to_string(kind));
+  if (kind < 1 || kind > kKinds) throw KyError("unknown kind of message " + std::to_string(kind));
   Message message{static_cast<MessageKind>(kind), {elements.begin() + 1, elements.end()}};
   const auto& types = fieldTypes(message.kind);
+  // Who has nothing to offer need not say so.
+  const bool mayOffer = message.kind == MessageKind::Hello || message.kind == MessageKind::Welcome;
+  if (mayOffer && message.fields.size() + 1 == types.size())
+    message.fields.push_back(KyValue::array());
   if (message.fields.size() != types.size())
     throw KyError("a message of kind " + std::to_string(kind) + " with " +
                   std::to_string(message.fields.size()) + " fields instead of " +
@@ -50,13 +57,13 @@ std::optional<std::int64_t> idOfCall(const KyValue::Array& elements) {
 }  // namespace
 
 Message helloMessage(const std::string& peer, const std::string& name,
-                     const std::vector<std::string>& modules) {
+                     const std::vector<std::string>& modules, KyValue offers) {
   KyValue::Array names(modules.begin(), modules.end());
-  return {MessageKind::Hello, {kProtocolVersion, peer, name, std::move(names)}};
+  return {MessageKind::Hello, {kProtocolVersion, peer, name, std::move(names), std::move(offers)}};
 }
 
-Message welcomeMessage(const std::string& name, bool isKnown) {
-  return {MessageKind::Welcome, {kProtocolVersion, name, isKnown}};
+Message welcomeMessage(const std::string& name, bool isKnown, KyValue offers) {
+  return {MessageKind::Welcome, {kProtocolVersion, name, isKnown, std::move(offers)}};
 }
 
 Message callMessage(std::int64_t id, const std::string& module, const std::string& method,
@@ -82,6 +89,10 @@ Message pongMessage(std::int64_t token) {
 
 Message byeMessage(const std::string& why) {
   return {MessageKind::Bye, {why}};
+}
+
+Message offersMessage(KyValue offers) {
+  return {MessageKind::Offers, {std::move(offers)}};
 }
 
 Message unreadableAnswer(const UnreadableMessage& error) {

@@ -18,14 +18,16 @@ constexpr int kProtocolVersion = 1;
 constexpr const char* kBrokerModule = "KyBroker";
 
 enum class MessageKind {
-  Hello = 1,    // version, peer id, broker name, [module names]
-  Welcome = 2,  // version, broker name, whether what belonged to this peer id is still there
+  Hello = 1,    // version, peer id, broker name, [module names], [offers]
+  Welcome = 2,  // version, broker name, whether what belonged to this peer id is still there,
+                // [offers]
   Call = 3,     // id, module, method, [arguments], milliseconds until the caller gives up
   Result = 4,   // id, value
   Error = 5,    // id, module, method, text
   Ping = 6,     // token
   Pong = 7,     // token
   Bye = 8,      // why
+  Offers = 9,   // [offers]: those before count no more
 };
 
 // `fields` are those listed at the kind, already checked for their number and types.
@@ -46,8 +48,8 @@ struct UnreadableMessage : KyError {
 };
 
 Message helloMessage(const std::string& peer, const std::string& name,
-                     const std::vector<std::string>& modules);
-Message welcomeMessage(const std::string& name, bool isKnown);
+                     const std::vector<std::string>& modules, KyValue offers = KyValue::array());
+Message welcomeMessage(const std::string& name, bool isKnown, KyValue offers = KyValue::array());
 Message callMessage(std::int64_t id, const std::string& module, const std::string& method,
                     KyValue::Array arguments, std::chrono::milliseconds deadline);
 Message resultMessage(std::int64_t id, KyValue value);
@@ -55,6 +57,7 @@ Message errorMessage(std::int64_t id, const KyError& error);
 Message pingMessage(std::int64_t token);
 Message pongMessage(std::int64_t token);
 Message byeMessage(const std::string& why);
+Message offersMessage(KyValue offers);
 
 // The answer to a call that can't be read.
 Message unreadableAnswer(const UnreadableMessage& error);
