@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "viewer/view/widget.h"
 
+#include <QDeadlineTimer>
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QVBoxLayout>
+#include <chrono>
 
 #include "ky/error.h"
+#include "ky/meanwhile.h"
 #include "ky/proxy.h"
 #include "viewer/acquisition/camera_thread.h"
 #include "viewer/core/module.h"
@@ -38,6 +41,14 @@ bool videoDeviceKnows(const Module& module, const char* method) {
   }
 }
 
+// It may be in a call to the robot.
+void waitFor(QThread& thread) {
+  using Clock = std::chrono::steady_clock;
+  Ky::KyWait wait([] { return "the camera thread"; });
+  const auto end = Clock::now() + std::chrono::seconds(5);
+  while (!thread.wait(QDeadlineTimer(wait.until(end))) && Clock::now() < end) wait.work();
+}
+
 }  // namespace
 
 Widget::Widget(boost::shared_ptr<Module> module, const QString& iconPath,
@@ -56,7 +67,7 @@ Widget::Widget(boost::shared_ptr<Module> module, const QString& iconPath,
 
 Widget::~Widget() {
   fCameraThread->exit(0);
-  fCameraThread->wait(5000);
+  waitFor(*fCameraThread);
   delete fCameraThread;
   if (const auto module = fModule.lock()) module->setGui(nullptr);
 }

@@ -82,7 +82,7 @@ KyValue BrokerCore::call(const std::string& module, const std::string& method,
       fLocal.call({{"", fOptions.name}, module, method, std::move(arguments), end},
                   [pending](Outcome outcome) { pending->settle(std::move(outcome)); });
   if (!found) throwUnknownModule(module, method);
-  auto outcome = pending->wait(end);
+  auto outcome = pending->wait(end, [&module] { return module; });
   if (!outcome)
     throw KyError(module, method, "no answer within " + std::to_string(deadline.count()) + " ms");
   return outcome->take();

@@ -2,6 +2,9 @@
 #include "broker/connection_state.h"
 
 #include <list>
+#include <utility>
+
+#include "ky/meanwhile.h"
 
 namespace Ky {
 
@@ -63,10 +66,16 @@ void ConnectionState::setProblem(const std::string& why, bool isFinal) {
   fChanged.notifyAll();
 }
 
-KyConnection ConnectionState::waitForConnection(std::chrono::milliseconds atMost) {
+KyConnection ConnectionState::waitForConnection(std::chrono::milliseconds atMost,
+                                                std::function<std::string()> what) {
+  KyWait wait(std::move(what));
   const auto end = std::chrono::steady_clock::now() + atMost;
   const zu::MutexLock guard(fMutex);
-  while (fConnection == KyConnection::Connecting && !fGivenUp && fChanged.waitUntil(fMutex, end)) {
+  while (fConnection == KyConnection::Connecting && !fGivenUp) {
+    if (fChanged.waitUntil(fMutex, wait.until(end))) continue;
+    if (std::chrono::steady_clock::now() >= end) break;
+    const zu::MutexUnlock meanwhile(fMutex);
+    wait.work();
   }
   return fConnection;
 }

@@ -28,7 +28,9 @@ class ConnectionState {
   // Something went wrong on the way to a connection; it is still tried.
   void setProblem(const std::string& why, bool isFinal);
   // Until connected, closed, a final problem or the time is over; the state then.
-  KyConnection waitForConnection(std::chrono::milliseconds atMost);
+  // `what`: see KyWait.
+  KyConnection waitForConnection(std::chrono::milliseconds atMost,
+                                 std::function<std::string()> what);
 
   std::unique_ptr<KyConnectionListener> listen(Callback callback);
 

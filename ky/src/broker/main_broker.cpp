@@ -100,7 +100,7 @@ KyValue MainBroker::callElsewhere(const std::string& module, const std::string& 
           fPending.failAll(route, "the peer is silent or gone");
       }))
     fPending.failAll(*callee, "the broker is closed");
-  auto outcome = pending->wait(end);
+  auto outcome = pending->wait(end, [&module] { return module; });
   fPending.forget(id);
   if (!outcome)
     throw KyError(module, method, "no answer within " + std::to_string(deadline.count()) + " ms");

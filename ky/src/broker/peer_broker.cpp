@@ -63,7 +63,10 @@ void PeerBroker::start() {
   post([this] { openSocket(); });
   startLoop();
   if (fOptions.connectLater) return;
-  if (fState.waitForConnection(fOptions.patience.connect) == KyConnection::Connected) return;
+  if (fState.waitForConnection(fOptions.patience.connect, [this] {
+        return "the robot at " + parentName();
+      }) == KyConnection::Connected)
+    return;
   throw KyError(fOptions.name, "",
                 "can't reach the robot at " + parentName() + ": " + fState.why());
 }
@@ -120,7 +123,7 @@ KyValue PeerBroker::callElsewhere(const std::string& module, const std::string& 
           zu::log::warning("ky", "send") << "dropped a call: the robot does not read";
       }))
     fPending.failAll(kParent, "the broker is closed");
-  auto outcome = pending->wait(end);
+  auto outcome = pending->wait(end, [this, &module] { return module + " at " + parentName(); });
   fPending.forget(id);
   if (!outcome) {
     // Who was given less time than usual may just not have been fast enough.

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "broker/pending_calls.h"
 
+#include <utility>
 #include <vector>
+
+#include "ky/meanwhile.h"
 
 namespace Ky {
 
@@ -12,9 +15,15 @@ void PendingCall::settle(Outcome outcome) {
   fSettled.notifyAll();
 }
 
-std::optional<Outcome> PendingCall::wait(std::chrono::steady_clock::time_point deadline) {
+std::optional<Outcome> PendingCall::wait(std::chrono::steady_clock::time_point deadline,
+                                         std::function<std::string()> what) {
+  KyWait wait(std::move(what));
   const zu::MutexLock guard(fMutex);
-  while (!fOutcome && fSettled.waitUntil(fMutex, deadline)) {
+  while (!fOutcome) {
+    if (fSettled.waitUntil(fMutex, wait.until(deadline))) continue;
+    if (std::chrono::steady_clock::now() >= deadline) break;
+    const zu::MutexUnlock meanwhile(fMutex);
+    wait.work();
   }
   return std::move(fOutcome);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -18,8 +19,9 @@ class PendingCall {
  public:
   // The first outcome counts.
   void settle(Outcome outcome);
-  // Nothing when the deadline passes first.
-  std::optional<Outcome> wait(std::chrono::steady_clock::time_point deadline);
+  // Nothing when the deadline passes first. `what`: see KyWait.
+  std::optional<Outcome> wait(std::chrono::steady_clock::time_point deadline,
+                              std::function<std::string()> what);
 
  private:
   zu::Mutex fMutex;

@@ -42,6 +42,9 @@ RobotDock::~RobotDock() {
   // The session tells nobody any more, and its widget goes before the dock's other parts.
   fSession->disconnect(this);
   fPicture.reset();
+  fStatusTimer.stop();
+  // Events may go on while its widget waits for the robot: then the dock is still whole.
+  fSession->close();
   fSession.reset();
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "ky/meanwhile.h"
 #include "lookout/lookout_widget.h"
 #include "lookout/robot_broker.h"
 #include "lookout/widget_interface.h"
@@ -15,6 +16,7 @@ namespace {
 constexpr int kFirstRetryMs = 1000;
 constexpr int kLastRetryMs = 8000;
 constexpr int kDialogCheckMs = 200;
+constexpr int kWaitCheckMs = 50;
 constexpr int kProbeCheckMs = 1000;
 
 // A plug-in has one slot for the broker that it opened last, so only one getWidget() runs at a
@@ -40,6 +42,8 @@ RobotSession::RobotSession(WidgetInterface& plugin, std::optional<Ky::KyAddress>
 
 RobotSession::~RobotSession() {
   close();
+  removeWidget();
+  dropProbe();
 }
 
 void RobotSession::start() {
@@ -54,7 +58,14 @@ void RobotSession::close() {
   fWatcher.reset();
   fRetry.stop();
   setState(State::Closed, tr("Closed"));
-  if (fMaking) return;  // openWidget() goes on from here
+  if (!fMaking) finishClosing();  // otherwise openWidget() will
+}
+
+void RobotSession::finishClosing() {
+  if (Ky::KyMeanwhile::isAtWork()) {
+    QTimer::singleShot(kWaitCheckMs, this, &RobotSession::finishClosing);
+    return;
+  }
   removeWidget();
   dropProbe();
   emit closed();
@@ -158,16 +169,18 @@ void RobotSession::openWidget() {
     fRetry.start(kDialogCheckMs);
     return;
   }
-  removeWidget();
+  if (Ky::KyMeanwhile::isAtWork()) {
+    fRetry.start(kWaitCheckMs);
+    return;
+  }
   QString why;
   fMaking = pluginAtWork = true;
+  removeWidget();
   QWidget* widget = makeWidget(why);
   fMaking = pluginAtWork = false;
   if (widget != nullptr) keepWidget(widget);
   if (fState == State::Closed) {
-    removeWidget();
-    dropProbe();
-    emit closed();
+    finishClosing();
   } else if (widget == nullptr) {
     fail(why);
   }

@@ -31,8 +31,9 @@ namespace Lookout {
 // robot any more: what is left of it must not act on whoever is there next.
 //
 // A widget that can't be made is tried again: at once when the robot comes back, and from time to
-// time. GUI thread; the longest that it blocks is what the plug-in's getWidget() and the widget's
-// destructor take: no more than it takes to notice that the robot is lost.
+// time. GUI thread. It blocks for as long as the plug-in's getWidget() and the widget's destructor
+// take, each call of theirs at most to its deadline. Where events go on meanwhile, no widget comes
+// or goes: one of its slots may be what waits.
 class RobotSession : public QObject {
   Q_OBJECT
 
@@ -44,13 +45,14 @@ class RobotSession : public QObject {
   // plug-in.
   RobotSession(WidgetInterface& plugin, std::optional<Ky::KyAddress> robot, std::string icons,
                QWidget& home, BrokerCloser& closer, QObject* parent = nullptr);
-  // Closes. Not while the plug-in is at work.
+  // Closes. Not while the plug-in is at work, or something waits for a robot.
   ~RobotSession() override;
 
   // Returns at once.
   void start();
   // Deletes the widget, then ends its connection. Idempotent. While the plug-in is at work (it may
-  // show a message box), closing happens as soon as it returns: closed() tells.
+  // show a message box), or something waits for a robot (see Ky::KyMeanwhile), closing happens as
+  // soon as that has returned: closed() tells.
   void close();
 
   State state() const { return fState; }
@@ -92,6 +94,7 @@ class RobotSession : public QObject {
   void removeWidget();
   void fail(const QString& why);
   void retry();
+  void finishClosing();
   void showProbeProblem();
   void setState(State state, const QString& problem);
   LookoutWidget* lookoutWidget() const;

@@ -16,6 +16,7 @@
 #include "robots/remembered_robots.h"
 #include "robots/robot_address.h"
 #include "robots/robot_dock.h"
+#include "window/paint_while_waiting.h"
 #include "window/preferences_dialog.h"
 #include "window/robot_area.h"
 #include "window/room.h"
@@ -37,10 +38,12 @@ MainWindow::MainWindow(const QString& plugins, QString icons, Layout layout, QWi
   fCatalog = std::make_unique<PluginCatalog>(plugins);
   buildMenus();
   showCatalog();
+  fPainting = std::make_unique<PaintWhileWaiting>(*statusBar());
   restoreLayout();
 }
 
 MainWindow::~MainWindow() {
+  hide();          // robots may take their time to go
   delete fRobots;  // before the plug-ins
 }
 

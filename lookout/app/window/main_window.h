@@ -13,6 +13,7 @@
 namespace Lookout {
 
 class LogPanel;
+class PaintWhileWaiting;
 class RobotArea;
 class RobotDock;
 
@@ -72,6 +73,7 @@ class MainWindow : public QMainWindow {
   LogPanel* fLog = nullptr;
   QDockWidget* fLogDock = nullptr;
   QAction* fCloseRobot = nullptr;
+  std::unique_ptr<PaintWhileWaiting> fPainting;
 };
 
 }  // namespace Lookout
