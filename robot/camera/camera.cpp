@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kFirstRetry{500};
 constexpr std::chrono::milliseconds kLastRetry{8000};
+constexpr std::chrono::milliseconds kUnnoticed{1000};
 
 int fastest(const std::vector<Wish>& wishes) {
   int fps = 1;
@@ -153,6 +154,7 @@ void Camera::takeOne() {
   }
   if (!frame) return recover(failure);
   ++fTaken;
+  fFailedAt.reset();
   if (!fWishes.empty()) fNewest.swap(frame);
   fChanged.notifyAll();
   const zu::MutexUnlock meanwhile(fMutex);
@@ -170,9 +172,15 @@ std::string Camera::reopen() {
   }
 }
 
+void Camera::dropStale() {
+  if (Clock::now() - *fFailedAt > kUnnoticed) fNewest.reset();
+}
+
 void Camera::recover(const std::string& why) {
   zu::log::error("kyrobot", "camera") << "camera " << fIndex << " has lost its source: " << why;
   fFailure = why;
+  fFailedAt = fFailedAt.value_or(Clock::now());
+  dropStale();
   fChanged.notifyAll();
   for (auto pause = kFirstRetry; !fStop; pause = std::min(2 * pause, kLastRetry)) {
     const auto end = Clock::now() + pause;
@@ -181,6 +189,7 @@ void Camera::recover(const std::string& why) {
     if (fStop) return;
     fFailure = reopen();
     if (fFailure.empty()) break;
+    dropStale();
   }
   if (!fStop) zu::log::info("kyrobot", "camera") << "camera " << fIndex << " has its source back";
 }

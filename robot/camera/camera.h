@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -19,8 +20,9 @@ namespace robot {
 
 // Thread-safe.
 //
-// When the source fails, the last frame stays and the source is opened again and again: after half
-// a second first, then less and less often, down to every eight seconds.
+// When the source fails, it is opened again and again: after half a second first, then less and
+// less often, down to every eight seconds. Readers don't notice a failure of less than a second:
+// the last frame stays. Then it is taken away, for a camera that is gone shall not look alive.
 class Camera {
  public:
   // `source` is open. `model`: 1 or 2.
@@ -41,7 +43,8 @@ class Camera {
   void setParameter(int id, int value);
 
   // The newest frame; right after the camera has begun it waits a little for the first. Throws
-  // KyError when none came, or at once when nobody wished for one or the source has failed.
+  // KyError when none came, or at once when nobody wished for one or the source is gone: the text
+  // has the source and why, and is the same until another attempt fails in another way.
   std::shared_ptr<const Frame> newest(std::chrono::milliseconds patience) const;
   // The newest frame as soon as it is another one than `known`; null when none has come by the end
   // of the patience.
@@ -59,6 +62,7 @@ class Camera {
   void takeOne() ZU_REQUIRES(fMutex);
   void recover(const std::string& why) ZU_REQUIRES(fMutex);
   std::string reopen() ZU_REQUIRES(fMutex);
+  void dropStale() ZU_REQUIRES(fMutex);
   std::shared_ptr<const Frame> shoot(const std::vector<Wish>& wishes);
   PictureControls tune(const cv::Mat& picture);
 
@@ -74,6 +78,8 @@ class Camera {
   std::uint64_t fTaken ZU_GUARDED_BY(fMutex) = 0;
   // Why the source gives no pictures; empty when it does.
   std::string fFailure ZU_GUARDED_BY(fMutex);
+  // When it failed first since the newest frame; unset while it gives frames.
+  std::optional<Clock::time_point> fFailedAt ZU_GUARDED_BY(fMutex);
   Clock::time_point fLastTurn ZU_GUARDED_BY(fMutex);
   bool fStop ZU_GUARDED_BY(fMutex) = false;
 

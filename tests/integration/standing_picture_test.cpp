@@ -23,6 +23,7 @@ class FilmRobot {
         std::vector<std::string>{"--port", "0", "--camera", "0=" + fFilm});
   }
   Ky::KyAddress address() { return fRobot->address(); }
+  const std::string& film() const { return fFilm; }
   void deleteFilm() { std::filesystem::remove(fFilm); }
 
  private:
@@ -55,6 +56,10 @@ TEST(StandingPicture, IsVeiledWhenTheFilmBehindTheCameraIsGone) {
   EXPECT_EQ(QString(veil->parentWidget()->metaObject()->className()), "ViewImage");
   EXPECT_EQ(veil->visibleRegion().boundingRect().right(), veil->rect().right())
       << "no word of it is cut off";
+  const QString why =
+      QString::fromStdString("camera 0 has no picture: \"" + robot.film() + "\" is gone");
+  EXPECT_TRUE(waitUntil([&] { return veil->text().endsWith(": " + why); }))
+      << veil->text().toStdString();
 }
 
 TEST(StandingPicture, EachOfTwoRobotsHasItsOwnRate) {

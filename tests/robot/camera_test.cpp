@@ -96,25 +96,36 @@ TEST(Camera, AdaptsToItsPicturesInAnAutomaticModeAndTellsWhatItFound) {
   EXPECT_EQ(cameras->camera(0).getParameter(kExposure), 255) << "the other one's own";
 }
 
-TEST(Camera, KeepsTheLastFrameWhenItsSourceFailsAndComesBackWithIt) {
+// The newest frame, or why there is none.
+std::string newestOf(const CameraReader& reader) {
+  try {
+    return "taken at " + std::to_string(reader.newest(0s)->time());
+  } catch (const Ky::KyError& error) {
+    return error.what();
+  }
+}
+
+TEST(Camera, TakesTheLastFrameAwayWhenItsSourceIsGoneAndComesBackWithIt) {
   const TestFolder folder;
   writeFilm(folder / "film.avi", 3, 60);
   const LogCapture log;
   const auto cameras = std::make_shared<Cameras>(std::array<std::unique_ptr<CameraSource>, 2>{
       openSource(folder / "film.avi", 0), openSource("generated", 1)});
   const auto reader = cameras->read(kSmall);
-  reader->newest(20s);
+  const auto last = reader->newest(20s);
   std::filesystem::remove(folder / "film.avi");
 
   const std::string lost =
       "error camera: camera 0 has lost its source: \"" + (folder / "film.avi") + "\" is gone";
   ASSERT_TRUE(waitUntil([&] { return log.lines("kyrobot") == std::vector{lost}; }));
-  const auto last = reader->newest(0s);
-  EXPECT_NE(last, nullptr);
+  const std::string gone = "camera 0 has no picture: \"" + (folder / "film.avi") + "\" is gone";
+  EXPECT_TRUE(waitUntil([&] { return newestOf(*reader) == gone; })) << newestOf(*reader);
+  EXPECT_EQ(reader->next(last, 0s), nullptr) << "whoever waits for pictures is told of none";
 
   writeFilm(folder / "new.avi", 3, 60);
   std::filesystem::rename(folder / "new.avi", folder / "film.avi");
-  EXPECT_TRUE(waitUntil([&] { return reader->newest(0s) != last; }));
+  EXPECT_TRUE(waitUntil([&] { return reader->next(last, 0s) != nullptr; }));
+  EXPECT_GT(reader->newest(20s)->time(), last->time());
   EXPECT_EQ(log.lines("kyrobot"),
             (std::vector<std::string>{lost, "info camera: camera 0 has its source back"}));
 }
