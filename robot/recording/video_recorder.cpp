@@ -29,6 +29,7 @@ void VideoRecorder::publishRecording() {
             "[recording?, number of frames, path, why it ended by itself] of the film that nobody "
             "has stopped yet; the texts are empty where there is none");
   bindMethod(&VideoRecorder::getState);
+  offer("getState");
 }
 
 void VideoRecorder::publishSettings() {

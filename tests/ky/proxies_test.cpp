@@ -53,24 +53,28 @@ TEST(Proxies, CallTheServicesThatRecord) {
   TestRobot robot;
   const KyValue recorded = KyValue::array({150, "/home/tam/a.avi"});
   robot.add("KyPhotoCapture")->answer("takePicture", "file");
+  const KyValue state = KyValue::array({true, 7, "/home/tam/a.avi", ""});
   const auto recorder = robot.add("KyVideoRecorder");
-  recorder->answer("startRecording", KyValue());
+  recorder->answer("startRecording", "/home/tam/a.avi");
   recorder->answer("stopRecording", recorded);
+  recorder->answer("getState", state);
   const auto toolbox = robot.add("KyVisionToolbox");
   toolbox->answer("takePicture", KyValue());
   toolbox->answer("startVideoRecord", KyValue());
   toolbox->answer("stopVideoRecord", recorded);
   const auto broker = robot.connect();
   EXPECT_EQ(KyPhotoCaptureProxy(broker).takePicture("f", "n"), KyValue("file"));
-  KyVideoRecorderProxy(broker).startRecording("f", "n");
+  EXPECT_EQ(KyVideoRecorderProxy(broker).startRecording("f", "n"), KyValue("/home/tam/a.avi"));
+  EXPECT_EQ(KyVideoRecorderProxy(broker).getState(), state);
   EXPECT_EQ(KyVideoRecorderProxy(broker).stopRecording(), recorded);
   KyVisionToolboxProxy(broker).takePicture();
   KyVisionToolboxProxy(broker).startVideoRecord("n");
   EXPECT_EQ(KyVisionToolboxProxy(broker).stopVideoRecord(), recorded);
   const std::vector<std::string> calls = {
-      R"(KyPhotoCapture.takePicture("f", "n"))",  R"(KyVideoRecorder.startRecording("f", "n"))",
-      R"(KyVideoRecorder.stopRecording())",       R"(KyVisionToolbox.takePicture())",
-      R"(KyVisionToolbox.startVideoRecord("n"))", R"(KyVisionToolbox.stopVideoRecord())"};
+      R"(KyPhotoCapture.takePicture("f", "n"))", R"(KyVideoRecorder.startRecording("f", "n"))",
+      R"(KyVideoRecorder.getState())",           R"(KyVideoRecorder.stopRecording())",
+      R"(KyVisionToolbox.takePicture())",        R"(KyVisionToolbox.startVideoRecord("n"))",
+      R"(KyVisionToolbox.stopVideoRecord())"};
   EXPECT_EQ(robot.calls(), calls);
 }
 

@@ -17,8 +17,10 @@ std::vector<std::string> CallList::take() {
 }
 
 ScriptedModule::ScriptedModule(boost::shared_ptr<Ky::KyBroker> broker, const std::string& name,
-                               std::shared_ptr<CallList> calls)
+                               std::shared_ptr<CallList> calls,
+                               const std::vector<std::string>& offers)
     : KyModule(std::move(broker), name), fCallList(std::move(calls)) {
+  for (const std::string& what : offers) offer(what);
 }
 
 void ScriptedModule::answer(const std::string& method, Answer answer) {

@@ -31,7 +31,7 @@ class ScriptedModule : public Ky::KyModule {
   using Answer = std::function<Ky::KyValue(const Ky::KyValue::Array& arguments)>;
 
   ScriptedModule(boost::shared_ptr<Ky::KyBroker> broker, const std::string& name,
-                 std::shared_ptr<CallList> calls);
+                 std::shared_ptr<CallList> calls, const std::vector<std::string>& offers = {});
 
   // What a method answers from now on; methods without an answer are unknown. An answer may throw
   // KyError. Thread-safe.

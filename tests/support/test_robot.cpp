@@ -17,8 +17,9 @@ TestRobot::~TestRobot() {
   fMain->shutdown();
 }
 
-boost::shared_ptr<ScriptedModule> TestRobot::add(const std::string& module) {
-  return Ky::KyModule::createModule<ScriptedModule>(fMain, module, fCalls);
+boost::shared_ptr<ScriptedModule> TestRobot::add(const std::string& module,
+                                                 const std::vector<std::string>& offers) {
+  return Ky::KyModule::createModule<ScriptedModule>(fMain, module, fCalls, offers);
 }
 
 boost::shared_ptr<ScriptedModule> TestRobot::addVideoDevice() {

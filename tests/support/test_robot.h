@@ -16,8 +16,9 @@ class TestRobot {
   TestRobot();
   ~TestRobot();
 
-  // Adds a module that answers nothing yet.
-  boost::shared_ptr<ScriptedModule> add(const std::string& module);
+  // Adds a module that answers nothing yet. Desktops hear what it offers a moment later.
+  boost::shared_ptr<ScriptedModule> add(const std::string& module,
+                                        const std::vector<std::string>& offers = {});
   // A "KyVideoDevice" that accepts everything: subscribe answers `name` or "viewer_1".
   boost::shared_ptr<ScriptedModule> addVideoDevice();
   void remove(const std::string& module);

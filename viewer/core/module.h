@@ -76,6 +76,10 @@ class Module : public Ky::KyModule {
   // Starts or stops a recording on the robot; `recorded` tells that one was stopped and reported.
   // Throws Ky::KyError for a name that is no name.
   void toggleVideoRecord(const std::string& name, int framerate, bool& recorded);
+  // Goes on with a film that the viewer before this one had begun when it lost the robot: the robot
+  // is asked, where it offers to be, whether `path` is still the film that nobody has stopped. True
+  // when it is: then this viewer records it under `name`, as if it had begun it.
+  bool takeUpFilm(const std::string& name, const std::string& path);
 
  private:
   const std::string fRobot;  // its address, which the lines in the log are about

@@ -16,6 +16,7 @@ struct VideoRecorderModel {
   int fFramerate = kRecordFramerateDefault;
   int fFrameCount = 0;  // of the last finished recording
   bool fIsRecording = false;
+  std::string fRunningPath;  // of the file that is being recorded, or was last
 
   // Takes `name` if it is a name: a letter or underscore, then ASCII letters, digits and
   // underscores. Otherwise changes nothing and returns false.

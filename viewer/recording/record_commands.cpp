@@ -45,9 +45,17 @@ std::optional<std::string> withToolbox(const boost::shared_ptr<Ky::KyBroker>& br
   }
 }
 
+// Empty when the service did not tell.
+std::string pathOf(const Ky::KyValue& answer) {
+  return answer.isString() ? answer.asString() : std::string();
+}
+
 void startRecording(const boost::shared_ptr<Ky::KyBroker>& broker, VideoRecorderModel& recorder) {
+  recorder.fRunningPath = kRecordPath + recorder.fRecordName + ".avi";  // unless it is told
   try {
-    Ky::KyVideoRecorderProxy(broker).startRecording(kRecordPath, recorder.fRecordName);
+    const std::string path =
+        pathOf(Ky::KyVideoRecorderProxy(broker).startRecording(kRecordPath, recorder.fRecordName));
+    if (!path.empty()) recorder.fRunningPath = path;
     recorder.fIsRecording = true;
   } catch (const Ky::KyError& error) {
     warnOfFallback("toggleVideoRecord", "KyVideoRecorder", error);
@@ -88,9 +96,16 @@ bool takeReport(const Ky::KyValue& result, VideoRecorderModel& recorder) {
   return true;
 }
 
-// Empty when the service did not tell.
-std::string pathOf(const Ky::KyValue& answer) {
-  return answer.isString() ? answer.asString() : std::string();
+// What the recorder's getState() says of one film.
+struct FilmState {
+  int frames;
+  std::string trouble;  // why it ended by itself; empty when it did not
+};
+
+// Nothing when that film is stopped, or the robot never knew it.
+std::optional<FilmState> stateOf(const std::string& path, const Ky::KyValue& state) {
+  if (state[2].asString() != path) return std::nullopt;
+  return FilmState{state[1].asInt(), state[3].asString()};
 }
 
 }  // namespace
@@ -132,4 +147,33 @@ void Module::toggleVideoRecord(const std::string& name, int, bool& recorded) {
     startRecording(getParentBroker(), *recorder);
   }
   if (GCInterface* gui = fGui) gui->updateVideoRecorderView();
+}
+
+// It is taken up by its path, which no other film ever has: everybody's films may have one name. A
+// film that has ended by itself counts as recorded until it is stopped, as in the viewer that began
+// it.
+bool Module::takeUpFilm(const std::string& name, const std::string& path) {
+  const auto& broker = getParentBroker();
+  const boost::shared_ptr<VideoRecorderModel> recorder = fModel->fVideoRecorder;
+  if (!recorder || recorder->fIsRecording || path.empty()) return false;
+  if (!broker->offers("KyVideoRecorder", "getState")) return false;
+  const zu::log::Subject robot(fRobot);
+  try {
+    const auto film = stateOf(path, Ky::KyVideoRecorderProxy(broker).getState());
+    if (!film || !recorder->setRecordName(name)) return false;
+    recorder->fFrameCount = film->frames;
+    if (!film->trouble.empty())
+      zu::log::warning("periscope", "takeUpFilm")
+          << "The film has ended by itself: " << film->trouble;
+  } catch (const Ky::KyError& error) {
+    logError("takeUpFilm", "Unable to ask for the film: ", error);
+    return false;
+  }
+  recorder->fRunningPath = path;
+  recorder->fIsRecording = true;
+  if (GCInterface* gui = fGui) {
+    gui->selectVideoRecorderView();
+    gui->updateVideoRecorderView();
+  }
+  return true;
 }

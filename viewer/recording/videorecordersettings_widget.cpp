@@ -49,6 +49,10 @@ std::string VideoRecorderSettingsWidget::getRecordName() const {
   return fNameEdit->text().toLatin1().toStdString();
 }
 
+void VideoRecorderSettingsWidget::setRecordName(const QString& name) {
+  fNameEdit->setText(name);
+}
+
 void VideoRecorderSettingsWidget::xWidgetsSetEnabled(bool enabled) {
   fNameEdit->setEnabled(enabled);
 }

@@ -22,6 +22,8 @@ class VideoRecorderSettingsWidget : public QWidget {
   float getFramerate() const;
   // As typed, not checked; what ASCII can't say makes it a name that the recorder refuses.
   std::string getRecordName() const;
+  // As if it had been typed.
+  void setRecordName(const QString& name);
   // A running film can't be renamed.
   void xWidgetsSetEnabled(bool enabled);
   // Shows the state of the recorder's model; does nothing without one.

@@ -9,11 +9,12 @@
 
 #include "lookout/lookout_widget.h"
 #include "viewer/core/gc_interface.h"
+#include "viewer/view/notice.h"
 
 class CameraThread;
 class Module;
-class Notice;
 class QBoxLayout;
+class QJsonObject;
 class QPushButton;
 class QTabWidget;
 class ViewImage;
@@ -39,7 +40,12 @@ class Widget : public LookoutWidget, public GCInterface {
   // As if Play or Pause had been pressed, and which of them was the last.
   void setPlaying(bool playing) override;
   bool isPlaying() const override { return fPlaying; }
-  // The settings' tab; as JSON, {"version": 1, "settings": ...}.
+  // The settings' tab, and the film that this widget records; as JSON,
+  // {"version": 1, "settings": ..., "film": {"name": ..., "path": ...}}.
+  //
+  // A film goes on when the robot is lost. Whoever is given the state goes on with it: shows that
+  // it is recorded, stops it, and ends it when it is closed. A film of anybody else is left alone:
+  // who only looks at a robot shall not end what another records there.
   QByteArray saveState() const override;
   bool restoreState(const QByteArray& state) override;
   quint64 framesPainted() const override;
@@ -68,6 +74,10 @@ class Widget : public LookoutWidget, public GCInterface {
                           const char* slot);
   QBoxLayout* xMakeRightColumn(const boost::shared_ptr<Module>& module);
   void xTellOfPhoto(const PhotoReport& photo);
+  QJsonObject xFilm() const;
+  void xTakeUpFilm(const QJsonObject& film);
+  // Below the buttons, where there is room.
+  void xSay(Notice::Kind kind, const QString& text);
   // Asks where to put a file of the robot's and fetches it there.
   void xDownload(const QString& file);
   void xStartCameraThread(const boost::shared_ptr<Module>& module);

@@ -5,6 +5,7 @@
 #include <QIcon>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLayout>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTabWidget>
@@ -17,7 +18,6 @@
 #include "viewer/download/ftp_download_dialog.h"
 #include "viewer/recording/videorecordersettings_widget.h"
 #include "viewer/settings/videosettings_widget.h"
-#include "viewer/view/notice.h"
 #include "viewer/view/view_image.h"
 #include "viewer/view/widget.h"
 
@@ -36,7 +36,8 @@ void Widget::setPlaying(bool playing) {
 }
 
 QByteArray Widget::saveState() const {
-  const QJsonObject state{{"version", kStateVersion}, {"settings", fVideoSettings->saveState()}};
+  QJsonObject state{{"version", kStateVersion}, {"settings", fVideoSettings->saveState()}};
+  if (const QJsonObject film = xFilm(); !film.isEmpty()) state["film"] = film;
   return QJsonDocument(state).toJson(QJsonDocument::Compact);
 }
 
@@ -44,7 +45,30 @@ bool Widget::restoreState(const QByteArray& state) {
   const QJsonObject read = QJsonDocument::fromJson(state).object();
   if (read["version"].toInt() != kStateVersion) return false;
   fVideoSettings->restoreState(read["settings"].toObject());
+  xTakeUpFilm(read["film"].toObject());
   return true;
+}
+
+// Empty while it records none.
+QJsonObject Widget::xFilm() const {
+  const auto module = fModule.lock();
+  const auto recorder = module ? module->model()->fVideoRecorder : nullptr;
+  if (!recorder || !recorder->fIsRecording) return {};
+  return {{"name", QString::fromStdString(recorder->fRecordName)},
+          {"path", QString::fromStdString(recorder->fRunningPath)}};
+}
+
+void Widget::xTakeUpFilm(const QJsonObject& film) {
+  const auto module = fModule.lock();
+  const QString name = film["name"].toString();
+  if (!module || !module->takeUpFilm(name.toStdString(), film["path"].toString().toStdString()))
+    return;
+  fVideoRecorderSettings->setRecordName(name);
+  const int frames = module->model()->fVideoRecorder->fFrameCount;
+  xSay(Notice::Kind::Done, (frames == 1 ? tr("Still recording %1: %2 frame up to now")
+                                        : tr("Still recording %1: %2 frames up to now"))
+                               .arg(name)
+                               .arg(frames));
 }
 
 quint64 Widget::framesPainted() const {
@@ -88,21 +112,23 @@ void Widget::onTakePicture() {
   if (const auto module = fModule.lock()) xTellOfPhoto(module->lastPhoto());
 }
 
-// Below the buttons, where there is room.
 void Widget::xTellOfPhoto(const PhotoReport& photo) {
+  if (photo.error)
+    xSay(Notice::Kind::Failed,
+         tr("No photo was taken: %1").arg(QString::fromStdString(*photo.error)));
+  else if (photo.path.empty())
+    xSay(Notice::Kind::Done, tr("The photo is on the robot."));
+  else
+    xSay(Notice::Kind::Done, tr("Photo on the robot: %1").arg(QString::fromStdString(photo.path)));
+}
+
+void Widget::xSay(Notice::Kind kind, const QString& text) {
   constexpr int kGap = 8;
   if (fNotice == nullptr) fNotice = new Notice(this);
+  layout()->activate();  // it may never have been shown yet
   const QRect room(QPoint(fViewImage->x(), fRecordButton->geometry().bottom() + kGap),
                    rect().bottomRight() - QPoint(kGap, kGap));
-  if (photo.error) {
-    fNotice->say(Notice::Kind::Failed,
-                 tr("No photo was taken: %1").arg(QString::fromStdString(*photo.error)), room);
-  } else {
-    const QString text = photo.path.empty()
-                             ? tr("The photo is on the robot.")
-                             : tr("Photo on the robot: %1").arg(QString::fromStdString(photo.path));
-    fNotice->say(Notice::Kind::Done, text, room);
-  }
+  fNotice->say(kind, text, room);
 }
 
 void Widget::onPreviousImage() {

@@ -17,9 +17,13 @@ class KyVideoRecorderProxy {
   // Throws KyError when there is no such module.
   explicit KyVideoRecorderProxy(boost::shared_ptr<KyBroker> broker);
 
-  void startRecording(const std::string& folder, const std::string& fileName);
+  // The file's path, where the robot tells it.
+  KyValue startRecording(const std::string& folder, const std::string& fileName);
   // [frame count, file path]
   KyValue stopRecording();
+  // [recording?, frame count, file path, why it ended by itself] of the film that nobody has
+  // stopped yet. Only for robots whose module offers "getState".
+  KyValue getState();
 
  private:
   boost::shared_ptr<KyProxy> fProxy;

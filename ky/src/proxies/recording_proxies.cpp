@@ -18,12 +18,17 @@ KyVideoRecorderProxy::KyVideoRecorderProxy(boost::shared_ptr<KyBroker> broker)
     : fProxy(broker->getProxy("KyVideoRecorder")) {
 }
 
-void KyVideoRecorderProxy::startRecording(const std::string& folder, const std::string& fileName) {
-  fProxy->callVoid("startRecording", folder, fileName);
+KyValue KyVideoRecorderProxy::startRecording(const std::string& folder,
+                                             const std::string& fileName) {
+  return fProxy->call<KyValue>("startRecording", folder, fileName);
 }
 
 KyValue KyVideoRecorderProxy::stopRecording() {
   return fProxy->call<KyValue>("stopRecording");
+}
+
+KyValue KyVideoRecorderProxy::getState() {
+  return fProxy->call<KyValue>("getState");
 }
 
 KyVisionToolboxProxy::KyVisionToolboxProxy(boost::shared_ptr<KyBroker> broker)

@@ -127,11 +127,15 @@ TEST_F(RecordingModules, PhotosStayInTheHome) {
   EXPECT_TRUE(fs::is_empty(folder.path()));
 }
 
+TEST_F(RecordingModules, TheRecorderOffersToTellWhatItDoes) {
+  EXPECT_TRUE(desktop->offers("KyVideoRecorder", "getState"));
+}
+
 TEST_F(RecordingModules, AFilmIsReportedWithItsFramesAndPath) {
   Ky::KyVideoRecorderProxy recorder(desktop);
-  recorder.startRecording(kFolder, "clip");
-  EXPECT_EQ(stateOf(desktop)[0], Ky::KyValue(true));
-  EXPECT_EQ(stateOf(desktop)[2], Ky::KyValue(kFolder + "clip.avi"));
+  EXPECT_EQ(recorder.startRecording(kFolder, "clip"), Ky::KyValue(kFolder + "clip.avi"));
+  EXPECT_EQ(recorder.getState()[0], Ky::KyValue(true));
+  EXPECT_EQ(recorder.getState()[2], Ky::KyValue(kFolder + "clip.avi"));
   ASSERT_TRUE(waitForFrames(desktop, 3));
   const Ky::KyValue film = recorder.stopRecording();
   ASSERT_EQ(film.size(), 2u);

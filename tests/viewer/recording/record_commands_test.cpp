@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/viewer_on_robot.h"
+#include "support/wait.h"
 #include "viewer/core/videorecordermodel.h"
 
 using Ky::KyValue;
@@ -280,4 +281,125 @@ TEST_F(Recording, NeedsNoWidget) {
   addRecorder(kReport);
   EXPECT_FALSE(toggle());
   EXPECT_TRUE(toggle());
+}
+
+namespace {
+
+const std::string kClip = "/home/tam/recordings/cameras/clip.avi";
+
+KyValue stateOf(bool isRecording, int frames, const std::string& path,
+                const std::string& trouble = "") {
+  return KyValue::array({isRecording, frames, path, trouble});
+}
+
+// On a robot whose recorder says what it does.
+class FilmThatGoesOn : public Recording {
+ protected:
+  boost::shared_ptr<ScriptedModule> addTellingRecorder(const KyValue& state) {
+    const auto service = viewer.robot.add("KyVideoRecorder", {"getState"});
+    service->answer("getState", state);
+    service->answer("stopRecording", kReport);
+    EXPECT_TRUE(waitUntil([&] { return viewer.broker->offers("KyVideoRecorder", "getState"); }));
+    return service;
+  }
+  void expectNotRecording() {
+    EXPECT_FALSE(recorder().fIsRecording);
+    EXPECT_EQ(recorder().fFrameCount, 0);
+    EXPECT_EQ(gui.asked, Lines{});
+  }
+  const Lines kOneQuestion = {"KyVideoRecorder.getState()"};
+};
+
+}  // namespace
+
+TEST_F(FilmThatGoesOn, IsTakenUpAndStoppedAsIfThisViewerHadBegunIt) {
+  addTellingRecorder(stateOf(true, 42, kClip));
+  EXPECT_TRUE(viewer.module->takeUpFilm("clip", kClip));
+  EXPECT_TRUE(recorder().fIsRecording);
+  EXPECT_EQ(recorder().fRecordName, "clip");
+  EXPECT_EQ(recorder().fFrameCount, 42);
+  EXPECT_EQ(gui.asked, (Lines{"selectVideoRecorderView", "updateVideoRecorderView"}));
+  EXPECT_EQ(viewer.robot.takeCalls(), kOneQuestion);
+  EXPECT_TRUE(toggle());
+  EXPECT_EQ(viewer.robot.calls(), Lines{"KyVideoRecorder.stopRecording()"});
+  EXPECT_EQ(recorder().fFrameCount, 150);
+  EXPECT_EQ(viewer.log.lines(), Lines{});
+}
+
+TEST_F(FilmThatGoesOn, EndsWhenTheViewerThatTookItUpIsClosed) {
+  addTellingRecorder(stateOf(true, 42, kClip));
+  ASSERT_TRUE(viewer.module->takeUpFilm("clip", kClip));
+  viewer.robot.takeCalls();
+  const auto model = viewer.module->model();
+  viewer.module.reset();
+  viewer.broker->unregisterModule("Periscope");
+  EXPECT_EQ(viewer.robot.calls(),
+            (Lines{"KyVideoDevice.unsubscribe(\"viewer_1\")", "KyVideoRecorder.stopRecording()"}));
+  viewer.module = Ky::KyModule::createModule<Module>(viewer.broker);
+}
+
+TEST_F(FilmThatGoesOn, IsLeftAloneWhenItIsAnothers) {
+  for (const KyValue& state :
+       {stateOf(true, 42, "/home/tam/recordings/cameras/clip_2.avi"), stateOf(false, 0, "")}) {
+    addTellingRecorder(state);
+    EXPECT_FALSE(viewer.module->takeUpFilm("clip", kClip)) << state.toString();
+    EXPECT_FALSE(viewer.module->takeUpFilm("clip", "")) << state.toString();
+    expectNotRecording();
+    EXPECT_EQ(viewer.robot.takeCalls(), kOneQuestion);
+    viewer.robot.remove("KyVideoRecorder");
+  }
+  EXPECT_EQ(viewer.log.lines(), Lines{});
+}
+
+TEST_F(FilmThatGoesOn, IsNotAskedForWhereTheRobotDoesNotOfferToTell) {
+  addRecorder(kReport)->answer("getState", stateOf(true, 42, kClip));
+  EXPECT_FALSE(viewer.module->takeUpFilm("clip", kClip));
+  expectNotRecording();
+  EXPECT_EQ(viewer.robot.calls(), Lines{});
+}
+
+TEST_F(FilmThatGoesOn, IsStillToBeStoppedWhenItHasEndedByItself) {
+  addTellingRecorder(stateOf(false, 42, kClip, "no room on the disk"));
+  EXPECT_TRUE(viewer.module->takeUpFilm("clip", kClip));
+  EXPECT_TRUE(recorder().fIsRecording);
+  EXPECT_EQ(viewer.log.lines(),
+            Lines{"warning takeUpFilm: The film has ended by itself: no room on the disk"});
+}
+
+TEST_F(FilmThatGoesOn, IsNotTakenUpOverOneThatRunsOrUnderANameThatIsNone) {
+  const auto service = addTellingRecorder(stateOf(true, 42, kClip));
+  service->answer("startRecording", KyValue());
+  EXPECT_FALSE(viewer.module->takeUpFilm("my clip", kClip));
+  expectNotRecording();
+  toggle("other");
+  viewer.robot.takeCalls();
+  EXPECT_FALSE(viewer.module->takeUpFilm("clip", kClip));
+  EXPECT_EQ(recorder().fRecordName, "other");
+  EXPECT_EQ(viewer.robot.calls(), Lines{});
+}
+
+TEST_F(FilmThatGoesOn, IsNotTakenUpFromAnAnswerThatIsNone) {
+  const auto service = addTellingRecorder(KyValue());
+  for (const KyValue& wrong :
+       {KyValue(), KyValue(7), KyValue::array({true, 42, kClip}),
+        KyValue::array({true, "42", kClip, ""}), KyValue::array({true, 42, 43, ""})}) {
+    service->answer("getState", wrong);
+    viewer.log.clear();
+    EXPECT_FALSE(viewer.module->takeUpFilm("clip", kClip)) << wrong.toString();
+    expectNotRecording();
+    ASSERT_EQ(viewer.log.lines().size(), 1u) << wrong.toString();
+    EXPECT_EQ(viewer.log.lines()[0].rfind("error takeUpFilm: Unable to ask for the film: ", 0), 0u);
+  }
+}
+
+TEST_F(FilmThatGoesOn, IsKnownByThePathThatTheRobotToldOrWouldGiveIt) {
+  const auto service = addTellingRecorder(stateOf(true, 42, kClip));
+  for (const auto& [told, path] :
+       {std::pair<KyValue, std::string>{KyValue(), kClip},
+        {"/home/tam/recordings/cameras/clip_2.avi", "/home/tam/recordings/cameras/clip_2.avi"}}) {
+    service->answer("startRecording", told);
+    toggle();
+    EXPECT_EQ(recorder().fRunningPath, path);
+    toggle();
+  }
 }

@@ -5,6 +5,8 @@
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -13,11 +15,13 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "lookout/settings_of_test.h"
 #include "support/modal_driver.h"
 #include "support/own_network.h"
 #include "support/viewer_on_robot.h"
+#include "support/wait.h"
 #include "tests/viewer/download/robot_files.h"
 #include "viewer/download/ftp_config.h"
 #include "viewer/recording/videorecordersettings_widget.h"
@@ -182,6 +186,113 @@ TEST_F(Record, DoesNothingWithoutARecorder) {
   EXPECT_EQ(icon(), "record_start.png");
   EXPECT_EQ(status(), "Press record!");
   viewer.model().fVideoRecorder = kept;
+}
+
+namespace {
+
+// The state of a widget that recorded this film when it lost its robot.
+QByteArray stateWithFilm(const char* film) {
+  return QByteArray(R"({"version": 1, "settings": {}, "film": )") + film + "}";
+}
+const QByteArray kRecordedClip =
+    stateWithFilm(R"({"name": "clip", "path": "/home/tam/recordings/cameras/clip_2.avi"})");
+
+// The robot's recorder tells what it does.
+class RecordAfterALoss : public Record {
+ protected:
+  RecordAfterALoss() {
+    viewer.robot.remove("KyVideoRecorder");
+    recorder = viewer.robot.add("KyVideoRecorder", {"getState"});
+    recorder->answer("startRecording", "/home/tam/recordings/cameras/clip_2.avi");
+    recorder->answer("getState", stateOf("/home/tam/recordings/cameras/clip_2.avi"));
+    EXPECT_TRUE(waitUntil([&] { return viewer.broker->offers("KyVideoRecorder", "getState"); }));
+  }
+  static Ky::KyValue stateOf(const std::string& path) {
+    return Ky::KyValue::array({!path.empty(), 42, path, ""});
+  }
+  int questions() {
+    const auto calls = viewer.robot.calls();
+    return static_cast<int>(std::count(calls.begin(), calls.end(), "KyVideoRecorder.getState()"));
+  }
+  QLabel* notice() { return widget.findChild<QLabel*>("notice"); }
+};
+
+}  // namespace
+
+TEST_F(RecordAfterALoss, TheNextWidgetShowsTheFilmThatGoesOn) {
+  EXPECT_TRUE(widget.restoreState(kRecordedClip));
+  EXPECT_EQ(questions(), 1);
+  EXPECT_EQ(icon(), "record_stop.png");
+  EXPECT_EQ(status(), "Recording clip ... ");
+  EXPECT_EQ(name()->text(), "clip");
+  EXPECT_FALSE(name()->isEnabled());
+  EXPECT_TRUE(tab()->isVisible());
+  ASSERT_NE(notice(), nullptr);
+  EXPECT_TRUE(notice()->isVisible());
+  EXPECT_EQ(notice()->text(), "Still recording clip: 42 frames up to now");
+  EXPECT_TRUE(driver.seen().isEmpty());
+}
+
+TEST_F(RecordAfterALoss, TheNextWidgetStopsTheFilmLikeItsOwn) {
+  widget.restoreState(kRecordedClip);
+  recorder->answer("stopRecording", reportOf(150, "/home/tam/recordings/cameras/clip_2.avi"));
+  press();
+  EXPECT_EQ(icon(), "record_start.png");
+  EXPECT_EQ(status(),
+            "'clip' (150 frames) was recorded on the robot.\n"
+            "File path: /home/tam/recordings/cameras/clip_2.avi");
+  EXPECT_TRUE(name()->isEnabled());
+  EXPECT_EQ(proposed, QDir::homePath() + "/clip_2.avi");
+  EXPECT_EQ(driver.seen(), QStringList{kSaveTitle});
+}
+
+TEST_F(RecordAfterALoss, TheStateTellsOfAFilmForAsLongAsItIsRecorded) {
+  const auto film = [this] {
+    return QJsonDocument::fromJson(widget.saveState()).object()["film"].toObject();
+  };
+  EXPECT_EQ(film(), QJsonObject());
+  name()->setText("clip");
+  press();
+  EXPECT_EQ(film(),
+            (QJsonObject{{"name", "clip"}, {"path", "/home/tam/recordings/cameras/clip_2.avi"}}));
+  recorder->answer("stopRecording", reportOf(150, "/home/tam/recordings/cameras/clip_2.avi"));
+  press();
+  EXPECT_EQ(film(), QJsonObject());
+}
+
+TEST_F(RecordAfterALoss, AFilmThatWasTakenUpIsToldOfAtTheNextLossToo) {
+  widget.restoreState(kRecordedClip);
+  const QByteArray state = widget.saveState();
+  EXPECT_EQ(QJsonDocument::fromJson(state)["film"], QJsonDocument::fromJson(kRecordedClip)["film"]);
+}
+
+TEST_F(RecordAfterALoss, AFilmThatEndedOrIsAnothersIsNotShown) {
+  for (const char* path : {"", "/home/tam/recordings/cameras/clip.avi"}) {
+    recorder->answer("getState", stateOf(path));
+    EXPECT_TRUE(widget.restoreState(kRecordedClip));
+    EXPECT_EQ(icon(), "record_start.png");
+    EXPECT_EQ(status(), "Press record!");
+    EXPECT_EQ(name()->text(), "new");
+    EXPECT_EQ(notice(), nullptr);
+  }
+}
+
+TEST_F(RecordAfterALoss, ARobotIsNotAskedAboutAFilmThatNobodyRecorded) {
+  for (const char* film : {"{}", "null", "7", R"({"name": "clip"})", R"({"path": 3})"})
+    EXPECT_TRUE(widget.restoreState(stateWithFilm(film))) << film;
+  EXPECT_TRUE(widget.restoreState(R"({"version": 1, "settings": {}})"));
+  EXPECT_EQ(questions(), 0);
+  EXPECT_EQ(icon(), "record_start.png");
+}
+
+TEST_F(Record, AfterALossAsksNothingOfARobotThatDoesNotOfferToTell) {
+  recorder->answer("getState",
+                   Ky::KyValue::array({true, 42, "/home/tam/recordings/cameras/clip_2.avi", ""}));
+  viewer.robot.takeCalls();
+  EXPECT_TRUE(widget.restoreState(kRecordedClip));
+  EXPECT_EQ(viewer.robot.calls(), std::vector<std::string>());
+  EXPECT_EQ(icon(), "record_start.png");
+  EXPECT_EQ(status(), "Press record!");
 }
 
 namespace {
