@@ -35,6 +35,18 @@ TEST(LogModel, CountsALineThatIsRepeatedInsteadOfAddingIt) {
   EXPECT_EQ(textOf(model, 2), "a");
 }
 
+TEST(LogModel, CountsAPairOfLinesThatGoesOn) {
+  LogModel model(10);
+  for (int i = 0; i < 20; ++i) model.append({record("a"), record("b")});
+  ASSERT_EQ(model.rowCount(), 4);
+  EXPECT_EQ(textOf(model, 0), "a");
+  EXPECT_EQ(textOf(model, 1), "b");
+  EXPECT_EQ(textOf(model, 2), "a (x 19)");
+  EXPECT_EQ(textOf(model, 3), "b (x 19)");
+  model.append({record("c"), record("a"), record("b"), record("c"), record("b"), record("a")});
+  EXPECT_EQ(model.rowCount(), 10) << "no pair comes twice in a row";
+}
+
 TEST(LogModel, TakesLinesThatDifferInAnythingButTheTimeAsDifferent) {
   LogModel model(10);
   auto other = record("a");

@@ -208,6 +208,29 @@ TEST(Log, TheConsoleCountsLinesThatRepeatTheOneBefore) {
   EXPECT_EQ(sink.records().size(), 9u) << "sinks hear each";
 }
 
+TEST(Log, TheConsoleCountsAPairOfLinesThatGoesOn) {
+  ConsoleCapture console;
+  for (int i = 0; i < 9; ++i) {
+    zu::log::error("test", "here") << "gone";
+    zu::log::error("test", "here") << "none";
+  }
+  zu::log::error("test", "here") << "gone";
+  for (const char* text : {"end", "none", "gone", "end", "gone"})
+    zu::log::info("test", "here") << text;
+  const std::vector<std::string> expected = {
+      "error   test.here: gone",
+      "error   test.here: none",
+      "error   test.here: gone",
+      "error   test.here: none",
+      "error   test.here: (the two lines before came 8 times more)",
+      "info    test.here: end",
+      "info    test.here: none",
+      "info    test.here: gone",
+      "info    test.here: end",
+      "info    test.here: gone"};
+  EXPECT_EQ(console.lines(), expected);
+}
+
 TEST(Log, TheConsoleCountsOnPastLinesThatItDoesNotShow) {
   ConsoleCapture console;
   for (int i = 0; i < 3; ++i) {

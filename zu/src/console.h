@@ -4,8 +4,8 @@
 
 #include <chrono>
 #include <cstdint>
+#include <deque>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "zu/log.h"
@@ -16,8 +16,9 @@ class sink;
 
 namespace zu::log {
 
-// Writes lines; those that repeat the one before are counted instead, and the count is told when
-// another line comes, and every ten seconds while they go on. Thread-bound.
+// Writes lines; those that repeat the one before are counted instead, and so are those of a pair
+// that was written twice in a row and goes on. The count is told when another line comes, and every
+// ten seconds while they go on. Thread-bound.
 class Console {
  public:
   using Time = std::chrono::steady_clock::time_point;
@@ -29,13 +30,17 @@ class Console {
   void tellRepeats();
 
  private:
-  bool repeatsLast(const Record& record) const;
+  struct Shown {
+    Record record;
+    std::uint64_t repeats = 0;  // that were not told yet
+  };
+
+  Shown* repeatedBy(const Record& record);
   void print(const Record& record, const std::string& text);
 
   const std::shared_ptr<spdlog::sinks::sink> fSink;
-  std::optional<Record> fLast;
-  std::uint64_t fRepeats = 0;
-  Time fTold;  // when anything was last written
+  std::deque<Shown> fShown;  // the newest lines, as many as show a pair twice
+  Time fTold;                // when anything was last written
 };
 
 }  // namespace zu::log

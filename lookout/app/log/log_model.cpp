@@ -35,11 +35,10 @@ void LogModel::append(const std::vector<zu::log::Record>& records) {
 }
 
 void LogModel::add(const zu::log::Record& record) {
-  if (repeatsLast(record)) {
-    Line& last = fLines.back();
-    last.record = record;
-    ++last.count;
-    const int row = rowCount() - 1;
+  if (const int row = rowRepeatedBy(record); row >= 0) {
+    Line& line = fLines[static_cast<std::size_t>(row)];
+    line.record = record;
+    ++line.count;
     emit dataChanged(index(row, 0), index(row, ColumnCount - 1));
     return;
   }
@@ -53,12 +52,21 @@ void LogModel::add(const zu::log::Record& record) {
   endInsertRows();
 }
 
-bool LogModel::repeatsLast(const zu::log::Record& record) const {
-  if (fLines.empty()) return false;
-  const zu::log::Record& last = fLines.back().record;
-  return last.level == record.level && last.category == record.category &&
-         last.function == record.function && last.text == record.text &&
-         last.subject == record.subject;
+// -1 when it is news.
+int LogModel::rowRepeatedBy(const zu::log::Record& record) const {
+  const int last = rowCount() - 1;
+  if (isAt(last, record)) return last;
+  const bool isOfPair = last >= 3 && isAt(last - 1, record) && isAt(last - 3, record) &&
+                        isAt(last - 2, fLines.back().record);
+  return isOfPair ? last - 1 : -1;
+}
+
+bool LogModel::isAt(int row, const zu::log::Record& record) const {
+  if (row < 0) return false;
+  const zu::log::Record& there = fLines[static_cast<std::size_t>(row)].record;
+  return there.level == record.level && there.category == record.category &&
+         there.function == record.function && there.text == record.text &&
+         there.subject == record.subject;
 }
 
 void LogModel::clear() {

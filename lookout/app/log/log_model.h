@@ -11,7 +11,8 @@
 namespace Lookout {
 
 // Keeps the newest lines, at most `capacity`. A line that repeats the one before is counted there
-// instead of added: "text (x 12)". GUI thread.
+// instead of added: "text (x 12)"; and so is each of a pair that stands there twice in a row and
+// goes on. GUI thread.
 class LogModel : public QAbstractTableModel {
   Q_OBJECT
 
@@ -39,7 +40,8 @@ class LogModel : public QAbstractTableModel {
   };
 
   void add(const zu::log::Record& record);
-  bool repeatsLast(const zu::log::Record& record) const;
+  int rowRepeatedBy(const zu::log::Record& record) const;
+  bool isAt(int row, const zu::log::Record& record) const;
   QString text(const Line& line, int column) const;
 
   const int fCapacity;
