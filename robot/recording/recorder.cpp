@@ -40,6 +40,15 @@ void Recorder::makeWay() {
   fRecording.reset();
 }
 
+bool Recorder::takeOver(const Ky::KyPeer& caller, const std::string& path) {
+  const zu::MutexLock guard(fMutex);
+  if (!fRecording || fRecording->path() != path) return false;
+  fOwner = caller;
+  fIsAbandoned = false;
+  zu::log::info("kyrobot", "recorder") << path << " was taken over by " << fOwner.name;
+  return true;
+}
+
 Recorder::Film Recorder::stop() {
   const zu::MutexLock guard(fMutex);
   if (!fRecording) throw KyError("nothing is being recorded; start a recording first");

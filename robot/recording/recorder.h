@@ -16,7 +16,8 @@ namespace robot {
 //
 // A film goes on when the program that began it leaves or is lost: somebody stops it, or begins
 // another one in its place, or it ends by itself. One that has ended by itself waits to be asked
-// for with stop() until the next one begins. Thread-safe.
+// for with stop() until the next one begins. Whoever takes it over counts as having begun it.
+// Thread-safe.
 class Recorder {
  public:
   struct Film {
@@ -36,6 +37,9 @@ class Recorder {
   // Returns the path. Throws KyError: a film of somebody who is still there is being recorded, the
   // camera has no picture, the file can't be had.
   std::string start(const Ky::KyPeer& caller, const std::string& folder, const std::string& name);
+  // The film at `path` is the caller's from now on: nobody else's start() makes it end. False when
+  // it is not the one that stop() would tell of.
+  bool takeOver(const Ky::KyPeer& caller, const std::string& path);
   // Throws KyError when nothing has been recorded since the last time.
   Film stop();
   // The robot stops: completes the film.

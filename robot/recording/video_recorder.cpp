@@ -30,6 +30,14 @@ void VideoRecorder::publishRecording() {
             "has stopped yet; the texts are empty where there is none");
   bindMethod(&VideoRecorder::getState);
   offer("getState");
+
+  functionName("takeOver", getName(),
+               "Makes the film one's own, as if one had begun it: for a program that lost the "
+               "connection meanwhile.");
+  addParam("path", "of the film");
+  setReturn("done", "false when that film is stopped, or made way for another one");
+  bindMethod(&VideoRecorder::takeOver);
+  offer("takeOver");
 }
 
 void VideoRecorder::publishSettings() {
@@ -63,6 +71,10 @@ Ky::KyValue VideoRecorder::stopRecording() {
 Ky::KyValue VideoRecorder::getState() {
   const Recorder::State state = fRecorder->state();
   return Ky::KyValue::array({state.isRecording, state.film.frames, state.film.path, state.trouble});
+}
+
+bool VideoRecorder::takeOver(const Ky::KyPeer& caller, const std::string& path) {
+  return fRecorder->takeOver(caller, path);
 }
 
 int VideoRecorder::getResolution() {

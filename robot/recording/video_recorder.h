@@ -19,6 +19,7 @@ class VideoRecorder : public Ky::KyModule {
                              const std::string& fileName);
   Ky::KyValue stopRecording();
   Ky::KyValue getState();
+  bool takeOver(const Ky::KyPeer& caller, const std::string& path);
 
   int getResolution();
   int getFrameRate();

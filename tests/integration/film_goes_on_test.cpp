@@ -100,6 +100,8 @@ TEST_F(FilmGoesOn, TheWidgetAfterALossShowsItAndStopsIt) {
   EXPECT_TRUE(showsThatItRecords()) << status().toStdString();
   EXPECT_FALSE(named<QLineEdit>(*session->widget(), "Video name")->isEnabled());
   EXPECT_EQ(film()[2], Ky::KyValue(kClip));
+  EXPECT_THROW(Ky::KyVideoRecorderProxy(program).startRecording("/home/tam/", "other"), Ky::KyError)
+      << "it is somebody's again";
   waitForFrames(3);
   const int framesBeforeTheStop = film()[1].asInt();
   pressRecord();

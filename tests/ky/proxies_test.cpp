@@ -58,6 +58,7 @@ TEST(Proxies, CallTheServicesThatRecord) {
   recorder->answer("startRecording", "/home/tam/a.avi");
   recorder->answer("stopRecording", recorded);
   recorder->answer("getState", state);
+  recorder->answer("takeOver", true);
   const auto toolbox = robot.add("KyVisionToolbox");
   toolbox->answer("takePicture", KyValue());
   toolbox->answer("startVideoRecord", KyValue());
@@ -66,15 +67,19 @@ TEST(Proxies, CallTheServicesThatRecord) {
   EXPECT_EQ(KyPhotoCaptureProxy(broker).takePicture("f", "n"), KyValue("file"));
   EXPECT_EQ(KyVideoRecorderProxy(broker).startRecording("f", "n"), KyValue("/home/tam/a.avi"));
   EXPECT_EQ(KyVideoRecorderProxy(broker).getState(), state);
+  EXPECT_TRUE(KyVideoRecorderProxy(broker).takeOver("p"));
   EXPECT_EQ(KyVideoRecorderProxy(broker).stopRecording(), recorded);
   KyVisionToolboxProxy(broker).takePicture();
   KyVisionToolboxProxy(broker).startVideoRecord("n");
   EXPECT_EQ(KyVisionToolboxProxy(broker).stopVideoRecord(), recorded);
-  const std::vector<std::string> calls = {
-      R"(KyPhotoCapture.takePicture("f", "n"))", R"(KyVideoRecorder.startRecording("f", "n"))",
-      R"(KyVideoRecorder.getState())",           R"(KyVideoRecorder.stopRecording())",
-      R"(KyVisionToolbox.takePicture())",        R"(KyVisionToolbox.startVideoRecord("n"))",
-      R"(KyVisionToolbox.stopVideoRecord())"};
+  const std::vector<std::string> calls = {R"(KyPhotoCapture.takePicture("f", "n"))",
+                                          R"(KyVideoRecorder.startRecording("f", "n"))",
+                                          R"(KyVideoRecorder.getState())",
+                                          R"(KyVideoRecorder.takeOver("p"))",
+                                          R"(KyVideoRecorder.stopRecording())",
+                                          R"(KyVisionToolbox.takePicture())",
+                                          R"(KyVisionToolbox.startVideoRecord("n"))",
+                                          R"(KyVisionToolbox.stopVideoRecord())"};
   EXPECT_EQ(robot.calls(), calls);
 }
 

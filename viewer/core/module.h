@@ -78,7 +78,8 @@ class Module : public Ky::KyModule {
   void toggleVideoRecord(const std::string& name, int framerate, bool& recorded);
   // Goes on with a film that the viewer before this one had begun when it lost the robot: the robot
   // is asked, where it offers to be, whether `path` is still the film that nobody has stopped. True
-  // when it is: then this viewer records it under `name`, as if it had begun it.
+  // when it is: then this viewer records it under `name`, as if it had begun it, and the robot
+  // knows so where it can.
   bool takeUpFilm(const std::string& name, const std::string& path);
 
  private:

@@ -159,8 +159,10 @@ bool Module::takeUpFilm(const std::string& name, const std::string& path) {
   if (!broker->offers("KyVideoRecorder", "getState")) return false;
   const zu::log::Subject robot(fRobot);
   try {
-    const auto film = stateOf(path, Ky::KyVideoRecorderProxy(broker).getState());
+    Ky::KyVideoRecorderProxy service(broker);
+    const auto film = stateOf(path, service.getState());
     if (!film || !recorder->setRecordName(name)) return false;
+    if (broker->offers("KyVideoRecorder", "takeOver") && !service.takeOver(path)) return false;
     recorder->fFrameCount = film->frames;
     if (!film->trouble.empty())
       zu::log::warning("periscope", "takeUpFilm")

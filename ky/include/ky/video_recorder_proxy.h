@@ -24,6 +24,9 @@ class KyVideoRecorderProxy {
   // [recording?, frame count, file path, why it ended by itself] of the film that nobody has
   // stopped yet. Only for robots whose module offers "getState".
   KyValue getState();
+  // The film is the caller's from now on, as if it had begun it; false when it is not the one of
+  // getState(). Only where the module offers "takeOver".
+  bool takeOver(const std::string& path);
 
  private:
   boost::shared_ptr<KyProxy> fProxy;

@@ -31,6 +31,10 @@ KyValue KyVideoRecorderProxy::getState() {
   return fProxy->call<KyValue>("getState");
 }
 
+bool KyVideoRecorderProxy::takeOver(const std::string& path) {
+  return fProxy->call<bool>("takeOver", path);
+}
+
 KyVisionToolboxProxy::KyVisionToolboxProxy(boost::shared_ptr<KyBroker> broker)
     : fProxy(broker->getProxy("KyVisionToolbox")) {
 }

@@ -162,6 +162,20 @@ TEST_F(Recorder, MakesWayForAnotherFilmWhenNobodyIsLeftToStopIt) {
   EXPECT_GE(first.frames, 3);
 }
 
+TEST_F(Recorder, BelongsToWhoeverTakesItOver) {
+  start();
+  recorder->peerLeft(kDesktop);
+  EXPECT_FALSE(recorder->takeOver(kOther, kFolder + "clip_2.avi"));
+  EXPECT_TRUE(recorder->takeOver(kOther, kFolder + "clip.avi"));
+  EXPECT_EQ(refusal(), "\"" + kFolder + "clip.avi\" is being recorded; stop that first");
+  recorder->peerLeft(kDesktop);
+  EXPECT_NE(refusal(), "no error") << "who had begun it has no more to say";
+  recorder->peerLeft(kOther);
+  EXPECT_EQ(refusal(), "no error") << "nobody is left to stop it";
+  recorder->stop();
+  EXPECT_FALSE(recorder->takeOver(kOther, kFolder + "clip.avi"));
+}
+
 TEST_F(Recorder, CompletesTheFilmWhenTheRobotStops) {
   start();
   ASSERT_TRUE(waitForFrames(3));

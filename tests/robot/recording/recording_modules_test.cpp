@@ -127,8 +127,21 @@ TEST_F(RecordingModules, PhotosStayInTheHome) {
   EXPECT_TRUE(fs::is_empty(folder.path()));
 }
 
-TEST_F(RecordingModules, TheRecorderOffersToTellWhatItDoes) {
+TEST_F(RecordingModules, TheRecorderOffersToTellWhatItDoesAndToHandAFilmOver) {
   EXPECT_TRUE(desktop->offers("KyVideoRecorder", "getState"));
+  EXPECT_TRUE(desktop->offers("KyVideoRecorder", "takeOver"));
+}
+
+TEST_F(RecordingModules, AFilmThatWasTakenOverDoesNotMakeWay) {
+  const auto lost = robot.connect();
+  Ky::KyVideoRecorderProxy(lost).startRecording(kFolder, "clip");
+  lost->shutdown();
+  Ky::KyVideoRecorderProxy recorder(desktop);
+  EXPECT_FALSE(recorder.takeOver(kFolder + "other.avi"));
+  EXPECT_TRUE(recorder.takeOver(kFolder + "clip.avi"));
+  const auto third = robot.connect();
+  EXPECT_EQ(errorText([&] { Ky::KyVideoRecorderProxy(third).startRecording(kFolder, "other"); }),
+            "\"" + kFolder + "clip.avi\" is being recorded; stop that first");
 }
 
 TEST_F(RecordingModules, AFilmIsReportedWithItsFramesAndPath) {

@@ -295,8 +295,10 @@ KyValue stateOf(bool isRecording, int frames, const std::string& path,
 // On a robot whose recorder says what it does.
 class FilmThatGoesOn : public Recording {
  protected:
-  boost::shared_ptr<ScriptedModule> addTellingRecorder(const KyValue& state) {
-    const auto service = viewer.robot.add("KyVideoRecorder", {"getState"});
+  boost::shared_ptr<ScriptedModule> addTellingRecorder(const KyValue& state,
+                                                       std::vector<std::string> offers = {
+                                                           "getState"}) {
+    const auto service = viewer.robot.add("KyVideoRecorder", offers);
     service->answer("getState", state);
     service->answer("stopRecording", kReport);
     EXPECT_TRUE(waitUntil([&] { return viewer.broker->offers("KyVideoRecorder", "getState"); }));
@@ -324,6 +326,20 @@ TEST_F(FilmThatGoesOn, IsTakenUpAndStoppedAsIfThisViewerHadBegunIt) {
   EXPECT_EQ(viewer.robot.calls(), Lines{"KyVideoRecorder.stopRecording()"});
   EXPECT_EQ(recorder().fFrameCount, 150);
   EXPECT_EQ(viewer.log.lines(), Lines{});
+}
+
+TEST_F(FilmThatGoesOn, IsTakenOverWhereTheRobotOffersIt) {
+  const auto service = addTellingRecorder(stateOf(true, 42, kClip), {"getState", "takeOver"});
+  service->answer("takeOver", false);  // another film came between the two calls
+  EXPECT_FALSE(viewer.module->takeUpFilm("clip", kClip));
+  expectNotRecording();
+  viewer.robot.takeCalls();
+  service->answer("takeOver", true);
+  EXPECT_FALSE(viewer.module->takeUpFilm("clip", "/home/tam/other.avi"));
+  EXPECT_EQ(viewer.robot.takeCalls(), kOneQuestion);
+  EXPECT_TRUE(viewer.module->takeUpFilm("clip", kClip));
+  EXPECT_EQ(viewer.robot.calls(),
+            (Lines{"KyVideoRecorder.getState()", "KyVideoRecorder.takeOver(\"" + kClip + "\")"}));
 }
 
 TEST_F(FilmThatGoesOn, EndsWhenTheViewerThatTookItUpIsClosed) {
