@@ -22,6 +22,8 @@ Examples:
       Connects to a robot on the usual port, 9559.
   lookout --robot 127.0.0.1:9559 --robot 127.0.0.1:9560 --play
       Shows two robots side by side and starts their pictures.
+  lookout --robot tam --plugin periscope --plugin my_plugin
+      Shows one robot in two ways.
   QT_QPA_PLATFORM=offscreen lookout --robot 127.0.0.1 --play --report \
       --screenshot window.png --quit-after 10
       Runs for ten seconds without a display, saves a picture of the window and says how
@@ -35,6 +37,10 @@ const QCommandLineOption kInsecureRobot("insecure-robot",
                                         "Connects without encryption to this robot, which was "
                                         "started with --insecure. May be repeated.",
                                         "HOST:PORT");
+const QCommandLineOption kPlugin("plugin",
+                                 "Opens this plug-in for the robots given, such as periscope. May "
+                                 "be repeated.",
+                                 "NAME");
 const QCommandLineOption kPlay("play", "Starts the pictures of the robots given.");
 const QCommandLineOption kScreenshot("screenshot", "Saves the window as PNG before quitting.",
                                      "FILE");
@@ -44,9 +50,9 @@ const QCommandLineOption kResources("resources", "Takes the plug-ins' icons from
                                     "DIR");
 const QCommandLineOption kReport(
     "report",
-    "Prints a line about each robot when quitting: frames painted, rate, state, age of the "
-    "picture, "
-    "round trip and bandwidth; with --play, the exit code is 1 when one of them painted nothing.");
+    "Prints a line about each robot, or each of its plug-ins, when quitting: frames painted, rate, "
+    "state, age of the picture, round trip and bandwidth; with --play, the exit code is 1 when a "
+    "robot painted nothing.");
 
 [[noreturn]] void refuse(const QString& why) {
   throw CommandLineError((why + "\nTry 'lookout --help'.").toStdString());
@@ -93,8 +99,8 @@ QString screenshotFile(const QCommandLineParser& parser) {
 CommandLine parseCommandLine(const QStringList& arguments) {
   QCommandLineParser parser;
   parser.setApplicationDescription("Lookout shows what robots see.");
-  parser.addOptions({kHelp, kVersion, kRobot, kInsecureRobot, kPlay, kScreenshot, kQuitAfter,
-                     kPlugins, kResources, kReport});
+  parser.addOptions({kHelp, kVersion, kRobot, kInsecureRobot, kPlugin, kPlay, kScreenshot,
+                     kQuitAfter, kPlugins, kResources, kReport});
   CommandLine result;
   const QtOptions qt = takeQtOptions(arguments);
   if (!qt.incomplete.isEmpty()) refuse(QString("Missing value after '%1'.").arg(qt.incomplete));
@@ -115,6 +121,10 @@ CommandLine parseCommandLine(const QStringList& arguments) {
   result.insecureRobots = robots(parser, kInsecureRobot);
   result.robots.insert(result.robots.end(), result.insecureRobots.begin(),
                        result.insecureRobots.end());
+  result.robotPlugins = parser.values(kPlugin);
+  result.robotPlugins.removeDuplicates();
+  if (parser.isSet(kPlugin) && result.robots.empty())
+    refuse("--plugin: name the robot to open it for with --robot");
   result.play = parser.isSet(kPlay);
   result.report = parser.isSet(kReport);
   result.screenshot = screenshotFile(parser);

@@ -32,13 +32,28 @@ QString iconFolder(const QString& asked) {
   return QDir(asked.isEmpty() ? standard : asked).absolutePath() + "/";
 }
 
+// Throws CommandLineError when one of them doesn't show robots.
+void checkPlugins(const QStringList& asked, const PluginCatalog& catalog) {
+  for (const QString& name : asked) {
+    if (catalog.forRobots(name) != nullptr) continue;
+    QStringList known;
+    for (const Plugin* plugin : catalog.allForRobots()) known << plugin->name;
+    throw CommandLineError(
+        QString("--plugin: no plug-in for robots is called '%1'; in %2 there is: %3\n"
+                "Try 'lookout --help'.")
+            .arg(name, catalog.folder(), known.isEmpty() ? "none" : known.join(", "))
+            .toStdString());
+  }
+}
+
 int runWindow(const CommandLine& options) {
   const QString standard = PluginCatalog::standardFolder(QCoreApplication::applicationDirPath());
-  // A script's picture depends on nothing that was done before.
-  const bool isScripted = options.quitAfter || !options.screenshot.isEmpty();
+  // What a script sees depends on nothing that was done before.
+  const bool isScripted = options.quitAfter || !options.screenshot.isEmpty() || options.report;
   MainWindow window(options.plugins.isEmpty() ? standard : options.plugins,
                     iconFolder(options.resources),
-                    isScripted ? MainWindow::Layout::Standard : MainWindow::Layout::Remembered);
+                    isScripted ? MainWindow::Past::Ignored : MainWindow::Past::Remembered);
+  checkPlugins(options.robotPlugins, window.catalog());
   ScriptedRun script(window, options);
   const SignalWatcher signalWatcher;
   QObject::connect(&signalWatcher, &SignalWatcher::stopRequested, &window, &QWidget::close);

@@ -3,7 +3,9 @@
 
 #include <QPixmap>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
+#include <map>
 
 #include "lookout/robot_broker.h"
 #include "robots/robot_dock.h"
@@ -22,11 +24,10 @@ ScriptedRun::ScriptedRun(MainWindow& window, CommandLine options, QObject* paren
 void ScriptedRun::start() {
   for (const Ky::KyAddress& robot : fOptions.insecureRobots) setUnencrypted(robot, true);
   for (const Ky::KyAddress& robot : fOptions.robots) {
-    RobotDock* dock = fWindow.connectTo(robot);
-    if (dock == nullptr)
-      fExitCode = 1;
-    else
-      dock->session().setPlaying(fOptions.play);
+    if (fWindow.connectTo(robot, fOptions.robotPlugins) == nullptr) fExitCode = 1;
+    if (!fOptions.play) continue;
+    for (RobotDock* dock : fWindow.robots().docksOf(QString::fromStdString(robot.toString())))
+      dock->session().setPlaying(true);
   }
   if (fOptions.quitAfter)
     QTimer::singleShot(std::chrono::milliseconds(static_cast<int>(*fOptions.quitAfter * 1000)),
@@ -46,12 +47,17 @@ void ScriptedRun::saveScreenshot() {
 }
 
 void ScriptedRun::report() {
-  for (RobotDock* dock : fWindow.robots().docks()) {
+  std::map<QString, quint64> painted;
+  for (const RobotDock* dock : fWindow.robots().docks()) {
     if (!dock->session().robot()) continue;
-    std::puts(robotReport(*dock).toUtf8().constData());
-    if (fOptions.play && dock->session().framesPainted() == 0) fExitCode = 1;
+    const bool isOneOfSeveral = fWindow.robots().docksOf(dock->robotName()).size() > 1;
+    std::puts(robotReport(*dock, isOneOfSeveral).toUtf8().constData());
+    painted[dock->robotName()] += dock->session().framesPainted();
   }
   std::fflush(stdout);
+  const bool oneHasNothing = std::any_of(painted.begin(), painted.end(),
+                                         [](const auto& robot) { return robot.second == 0; });
+  if (fOptions.play && oneHasNothing) fExitCode = 1;
 }
 
 }  // namespace Lookout

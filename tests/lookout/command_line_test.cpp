@@ -62,10 +62,17 @@ TEST(CommandLine, TakesRobotsThatAreReachedWithoutEncryption) {
             "--insecure-robot: Type the robot's name or IP address.");
 }
 
+TEST(CommandLine, TakesThePluginsThatShowTheRobots) {
+  EXPECT_EQ(parse({"--robot", "tam", "--plugin", "b", "--plugin=a", "--plugin", "b"}).robotPlugins,
+            (QStringList{"b", "a"}));
+  EXPECT_TRUE(parse({"--robot", "tam"}).robotPlugins.isEmpty());
+  EXPECT_EQ(errorOf({"--plugin", "a"}), "--plugin: name the robot to open it for with --robot");
+}
+
 TEST(CommandLine, ExplainsItselfWithExamples) {
   const QString help = parse({"--help"}).answer;
-  for (const char* word : {"--robot", "--insecure-robot", "--play", "--screenshot", "--quit-after",
-                           "--plugins", "--resources", "--report", "Examples:"})
+  for (const char* word : {"--robot", "--insecure-robot", "--plugin ", "--play", "--screenshot",
+                           "--quit-after", "--plugins", "--resources", "--report", "Examples:"})
     EXPECT_TRUE(help.contains(word)) << word;
   EXPECT_TRUE(parse({"--version"}).answer.startsWith("lookout "));
 }
@@ -97,7 +104,7 @@ TEST(CommandLine, LeavesQtsOptionsToQt) {
 
 TEST(CommandLine, RefusesQtsOptionsWithoutTheirValueAndThoseThatAreNone) {
   EXPECT_EQ(errorOf({"--play", "-platform"}), "Missing value after '-platform'.");
-  EXPECT_EQ(errorOf({"--plugin", "folder"}), "Unknown option 'plugin'.");
+  EXPECT_EQ(errorOf({"--plug", "folder"}), "Unknown option 'plug'.");
   EXPECT_NE(errorOf({"-platforms", "offscreen"}), "no error");
 }
 

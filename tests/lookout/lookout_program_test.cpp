@@ -7,6 +7,7 @@
 #include <csignal>
 #include <fstream>
 
+#include "several_plugins.h"
 #include "support/process.h"
 #include "tcp_robot.h"
 
@@ -108,6 +109,37 @@ TEST(Lookout, FailsWhenARobotThatWasToPlayPaintedNothing) {
   EXPECT_TRUE(lookout.output().starts_with(
       "frames painted: 0, fps shown: 0.0, robot: 127.0.0.1:1, state: connecting, "))
       << lookout.output();
+}
+
+TEST(Lookout, ReportsEachPluginOfARobot) {
+  const TcpRobot robot;
+  const SeveralPlugins plugins({"a_plugin", "b_plugin"});
+  Program lookout({"--plugins", plugins.path().toStdString(), "--robot", robot.address().toString(),
+                   "--plugin", "b_plugin", "--plugin", "a_plugin", "--report", "--quit-after",
+                   "1"});
+  EXPECT_EQ(lookout.waitForExit(), 0) << lookout.errors();
+  const std::string line =
+      "frames painted: 0, fps shown: 0.0, robot: " + robot.address().toString() +
+      ", state: connected, ";
+  const std::string said = lookout.output();
+  EXPECT_TRUE(said.starts_with(line)) << said;
+  EXPECT_NE(said.find("B/s, plug-in: b_plugin\n" + line), std::string::npos) << said;
+  EXPECT_TRUE(said.ends_with("B/s, plug-in: a_plugin\n")) << said;
+}
+
+TEST(Lookout, RefusesAPluginThatIsNotThereAndNamesThoseThatAre) {
+  const SeveralPlugins plugins({"a_plugin", "b_plugin"});
+  Program lookout({"--plugins", plugins.path().toStdString(), "--robot", "127.0.0.1:1", "--plugin",
+                   "a_plugin", "--plugin", "robotless_plugin"});
+  EXPECT_EQ(lookout.waitForExit(), 2);
+  EXPECT_NE(lookout.errors().find(
+                "lookout: --plugin: no plug-in for robots is called 'robotless_plugin'; in " +
+                plugins.path().toStdString() +
+                " there is: a_plugin, b_plugin\n"
+                "Try 'lookout --help'.\n"),
+            std::string::npos)
+      << lookout.errors();
+  EXPECT_TRUE(lookout.output().empty());
 }
 
 TEST(Lookout, FailsWhenNoPluginShowsRobots) {

@@ -34,8 +34,8 @@ namespace {
 
 struct Window {
   explicit Window(const QString& plugins = FIXTURES "/good",
-                  MainWindow::Layout layout = MainWindow::Layout::Standard)
-      : window(plugins, "/icons/", layout) {
+                  MainWindow::Past past = MainWindow::Past::Ignored)
+      : window(plugins, "/icons/", past) {
     window.show();
   }
 
@@ -312,7 +312,7 @@ TEST(MainWindow, RemembersTheRobotThatWasAskedFor) {
 
 TEST(MainWindow, StandsWhereItStoodLastTimeUnlessAScriptDrivesIt) {
   const SettingsOfTest settings;
-  const auto sizeAfterResizing = [](MainWindow::Layout first, MainWindow::Layout second) {
+  const auto sizeAfterResizing = [](MainWindow::Past first, MainWindow::Past second) {
     {
       MainWindow window(FIXTURES "/good", "", first);
       window.show();
@@ -322,10 +322,10 @@ TEST(MainWindow, StandsWhereItStoodLastTimeUnlessAScriptDrivesIt) {
     const MainWindow next(FIXTURES "/good", "", second);
     return next.size();
   };
-  using Layout = MainWindow::Layout;
-  EXPECT_NE(sizeAfterResizing(Layout::Standard, Layout::Remembered), QSize(777, 555));
-  EXPECT_EQ(sizeAfterResizing(Layout::Remembered, Layout::Remembered), QSize(777, 555));
-  EXPECT_NE(sizeAfterResizing(Layout::Remembered, Layout::Standard), QSize(777, 555));
+  using Past = MainWindow::Past;
+  EXPECT_NE(sizeAfterResizing(Past::Ignored, Past::Remembered), QSize(777, 555));
+  EXPECT_EQ(sizeAfterResizing(Past::Remembered, Past::Remembered), QSize(777, 555));
+  EXPECT_NE(sizeAfterResizing(Past::Remembered, Past::Ignored), QSize(777, 555));
 }
 
 TEST(PreferencesDialog, KeepsRemoteControlWherePluginsReadIt) {

@@ -10,6 +10,7 @@
 
 #include "lookout/widget_interface.h"
 #include "plugins/plugins_dialog.h"
+#include "several_plugins.h"
 #include "support/log_capture.h"
 
 using Lookout::Plugin;
@@ -37,6 +38,20 @@ TEST(PluginCatalog, LoadsWhatWorksAndChoosesTheOneForRobots) {
   ASSERT_NE(catalog.forRobots(), nullptr);
   EXPECT_EQ(catalog.forRobots()->name, "working_plugin");
   EXPECT_FALSE(find(catalog, "robotless_plugin")->interface->requiresConnection());
+}
+
+TEST(PluginCatalog, ChoosesPeriscopeOfSeveralForRobotsAndTheFirstWhereItIsNot) {
+  const SeveralPlugins folder({"b_plugin", "a_plugin", "periscope"});
+  const PluginCatalog all(folder.path());
+  QStringList names;
+  for (const Plugin* plugin : all.allForRobots()) names << plugin->name;
+  EXPECT_EQ(names, (QStringList{"a_plugin", "b_plugin", "periscope"}));
+  EXPECT_EQ(all.forRobots()->name, "periscope");
+  EXPECT_EQ(all.forRobots("b_plugin")->name, "b_plugin");
+  EXPECT_EQ(all.forRobots("robotless_plugin"), nullptr);
+
+  const SeveralPlugins others({"b_plugin", "a_plugin"});
+  EXPECT_EQ(PluginCatalog(others.path()).forRobots()->name, "a_plugin");
 }
 
 TEST(PluginCatalog, KeepsTheReasonForEachFileThatIsNoPlugin) {

@@ -14,6 +14,8 @@
 namespace Lookout {
 namespace {
 
+const char* const kUsual = "periscope";
+
 QString pluginName(const QFileInfo& file) {
   QString name = file.completeBaseName();
   return name.startsWith("lib") ? name.mid(3) : name;
@@ -85,9 +87,22 @@ std::vector<const Plugin*> PluginCatalog::loaded() const {
   return result;
 }
 
+std::vector<const Plugin*> PluginCatalog::allForRobots() const {
+  std::vector<const Plugin*> result = loaded();
+  std::erase_if(result,
+                [](const Plugin* plugin) { return !plugin->interface->requiresConnection(); });
+  return result;
+}
+
 const Plugin* PluginCatalog::forRobots() const {
-  for (const Plugin* plugin : loaded())
-    if (plugin->interface->requiresConnection()) return plugin;
+  if (const Plugin* usual = forRobots(kUsual)) return usual;
+  const std::vector<const Plugin*> all = allForRobots();
+  return all.empty() ? nullptr : all.front();
+}
+
+const Plugin* PluginCatalog::forRobots(const QString& name) const {
+  for (const Plugin* plugin : allForRobots())
+    if (plugin->name == name) return plugin;
   return nullptr;
 }
 

@@ -38,8 +38,13 @@ class PluginCatalog {
   const std::vector<Plugin>& plugins() const { return fPlugins; }
   // Those that were loaded.
   std::vector<const Plugin*> loaded() const;
-  // The first that shows a robot; null when there is none.
+  // Those of them that show a robot.
+  std::vector<const Plugin*> allForRobots() const;
+  // Of those the one that is opened unless somebody chooses: Periscope, or the first; null when
+  // there is none.
   const Plugin* forRobots() const;
+  // Of those the one of this name; null when there is none.
+  const Plugin* forRobots(const QString& name) const;
   // Why there is no plug-in for robots; empty when there is one.
   QString error() const;
 

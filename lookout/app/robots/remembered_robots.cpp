@@ -3,6 +3,8 @@
 
 #include <QSettings>
 
+#include "robots/robot_memory.h"
+
 namespace Lookout {
 namespace {
 
@@ -45,6 +47,7 @@ void RememberedRobots::forget(const QString& robot) {
   QStringList robots = all();
   robots.removeAll(robot);
   store(robots, unencryptedRobots());
+  RobotMemory::forget(robot);
 }
 
 }  // namespace Lookout

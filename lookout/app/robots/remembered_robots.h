@@ -17,6 +17,7 @@ class RememberedRobots {
   static bool isUnencrypted(const QString& robot);
   // Moves it to the front, or adds it there.
   static void remember(const QString& robot, bool unencrypted = false);
+  // And how it was shown.
   static void forget(const QString& robot);
 };
 

@@ -3,8 +3,10 @@
 
 #include <QCloseEvent>
 #include <QLabel>
+#include <QMenu>
 #include <QScrollArea>
 #include <QStackedWidget>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include "robots/lost_veil.h"
@@ -65,12 +67,21 @@ void RobotDock::buildBody() {
   fPages->addWidget(fScroll);
   fVeil = new LostVeil(fPages);
   fStatus = new StatusLine(body);
+  fPlugins = new QToolButton(body);
+  fPlugins->setText(tr("Plug-ins"));
+  fPlugins->setToolTip(tr("Open another plug-in for this robot"));
+  fPlugins->setPopupMode(QToolButton::InstantPopup);
+  fPlugins->setAutoRaise(true);
+  fPlugins->hide();
 
+  auto* line = new QHBoxLayout;
+  line->addWidget(fStatus, 1);
+  line->addWidget(fPlugins);
   auto* layout = new QVBoxLayout(body);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(fPages, 1);
-  layout->addWidget(fStatus);
+  layout->addLayout(line);
   setWidget(body);
 }
 
@@ -90,6 +101,12 @@ QString RobotDock::title() const {
 // To be called when a connection has just been made.
 void RobotDock::updateExposed() {
   fExposed = fSession->robot() && Lookout::isExposed(*fSession->robot());
+}
+
+void RobotDock::offer(QMenu* plugins) {
+  plugins->setParent(fPlugins, plugins->windowFlags());
+  fPlugins->setMenu(plugins);
+  fPlugins->show();
 }
 
 QSize RobotDock::wantedSize() const {

@@ -12,8 +12,10 @@
 #include "robots/status_line.h"
 
 class QLabel;
+class QMenu;
 class QScrollArea;
 class QStackedWidget;
+class QToolButton;
 
 namespace Lookout {
 
@@ -38,10 +40,13 @@ class RobotDock : public QDockWidget {
   const QString& problem() const;
   // "HOST:PORT"; empty without a robot.
   QString robotName() const;
+  const QString& pluginName() const { return fPluginName; }
   // "PLUG-IN HOST:PORT"
   QString name() const;
   // Whether the connection crosses a network without encryption; its title says so.
   bool isExposed() const { return fExposed; }
+  // Has a button beside the status line open this menu, which becomes the dock's.
+  void offer(QMenu* plugins);
   // The size in which it shows its widget whole.
   QSize wantedSize() const;
 
@@ -69,6 +74,7 @@ class RobotDock : public QDockWidget {
   QScrollArea* fScroll = nullptr;
   LostVeil* fVeil = nullptr;
   StatusLine* fStatus = nullptr;
+  QToolButton* fPlugins = nullptr;
   Bandwidth fBandwidth;
   double fBytesPerSecond = 0;
   QTimer fStatusTimer;

@@ -49,10 +49,10 @@ QString stateWords(const RobotStatus& status) {
 
 }  // namespace
 
-QString robotReport(const RobotDock& dock) {
+QString robotReport(const RobotDock& dock, bool isOneOfSeveral) {
   const RobotStatus status = dock.status();
   const PictureReading& picture = status.picture;
-  const QStringList parts = {
+  QStringList parts = {
       "frames painted: " + QString::number(dock.session().framesPainted()),
       "fps shown: " + QString::number(picture.framesPerSecond, 'f', 1),
       "robot: " + dock.robotName(),
@@ -62,8 +62,9 @@ QString robotReport(const RobotDock& dock) {
           (status.roundTrip.count() > 0 ? roundTripText(status.roundTrip) : QString("unknown")),
       "bandwidth: " + bandwidthText(status.bytesPerSecond),
   };
-  const QString line = parts.join(", ");
-  return dock.problem().isEmpty() ? line : line + ", problem: " + dock.problem().simplified();
+  if (isOneOfSeveral) parts << "plug-in: " + dock.pluginName();
+  if (!dock.problem().isEmpty()) parts << "problem: " + dock.problem().simplified();
+  return parts.join(", ");
 }
 
 }  // namespace Lookout

@@ -16,6 +16,7 @@
 #include "robots/remembered_robots.h"
 #include "robots/robot_address.h"
 #include "robots/robot_dock.h"
+#include "robots/robot_memory.h"
 #include "window/paint_while_waiting.h"
 #include "window/preferences_dialog.h"
 #include "window/robot_area.h"
@@ -30,8 +31,8 @@ constexpr int kLogHeight = 130;
 
 }  // namespace
 
-MainWindow::MainWindow(const QString& plugins, QString icons, Layout layout, QWidget* parent)
-    : QMainWindow(parent), fIcons(std::move(icons)), fLayout(layout) {
+MainWindow::MainWindow(const QString& plugins, QString icons, Past past, QWidget* parent)
+    : QMainWindow(parent), fIcons(std::move(icons)), fPast(past) {
   setWindowTitle("Lookout");
   buildRobots();
   buildLog();
@@ -58,21 +59,61 @@ void MainWindow::askForRobot() {
   connectTo(dialog.robot());
 }
 
-RobotDock* MainWindow::connectTo(const Ky::KyAddress& robot) {
+RobotDock* MainWindow::connectTo(const Ky::KyAddress& robot, const QStringList& plugins) {
   const QString name = QString::fromStdString(robot.toString());
-  if (RobotDock* present = fRobots->find(name)) {
-    if (present->isExposed() == isExposed(robot)) {
-      present->raise();
-      return present;
-    }
-    present->close();
+  QStringList wanted = plugins;
+  if (const std::vector<RobotDock*> present = fRobots->docksOf(name); !present.empty()) {
+    if (wanted.isEmpty()) wanted = openPlugins(name);
+    if (present.front()->isExposed() != isExposed(robot))
+      for (RobotDock* dock : present) dock->close();
   }
-  const Plugin* plugin = fCatalog->forRobots();
-  if (plugin == nullptr) {
+  std::vector<RobotDock*> docks;
+  for (const Plugin* plugin : chosen(name, wanted)) docks.push_back(openFor(robot, *plugin));
+  if (docks.empty()) {
     statusBar()->showMessage(fCatalog->error());
     return nullptr;
   }
-  return dock(*plugin, robot);
+  docks.front()->raise();
+  return docks.front();
+}
+
+std::vector<const Plugin*> MainWindow::chosen(const QString& robot,
+                                              const QStringList& plugins) const {
+  const QStringList before =
+      fPast == Past::Remembered ? RobotMemory::plugins(robot) : QStringList();
+  for (const QStringList& names : {plugins, before}) {
+    std::vector<const Plugin*> found;
+    for (const QString& name : names)
+      if (const Plugin* plugin = fCatalog->forRobots(name)) found.push_back(plugin);
+    if (!found.empty()) return found;
+  }
+  const Plugin* usual = fCatalog->forRobots();
+  return usual != nullptr ? std::vector{usual} : std::vector<const Plugin*>();
+}
+
+RobotDock* MainWindow::openFor(const Ky::KyAddress& robot, const Plugin& plugin) {
+  const QString name = QString::fromStdString(robot.toString());
+  for (RobotDock* present : fRobots->docksOf(name))
+    if (present->pluginName() == plugin.name) {
+      present->raise();
+      return present;
+    }
+  RobotDock* added = dock(plugin, robot);
+  if (hasChoice()) added->offer(menuOfPlugins(robot));
+  connect(added, &RobotDock::closed, this, [this, name] { remember(name, openPlugins(name)); });
+  remember(name, openPlugins(name));
+  return added;
+}
+
+QStringList MainWindow::openPlugins(const QString& robot) const {
+  QStringList names;
+  for (const RobotDock* dock : fRobots->docksOf(robot)) names << dock->pluginName();
+  return names;
+}
+
+// A robot without any is closed: it is to come back as it was.
+void MainWindow::remember(const QString& robot, const QStringList& plugins) const {
+  if (fPast == Past::Remembered && !plugins.isEmpty()) RobotMemory::setPlugins(robot, plugins);
 }
 
 RobotDock* MainWindow::open(const Plugin& plugin) {
@@ -86,7 +127,16 @@ RobotDock* MainWindow::dock(const Plugin& plugin, std::optional<Ky::KyAddress> r
 }
 
 void MainWindow::closeCurrentRobot() {
-  if (RobotDock* current = fRobots->current()) current->close();
+  RobotDock* current = fRobots->current();
+  if (current == nullptr) return;
+  if (!current->session().robot()) {
+    current->close();
+    return;
+  }
+  const QString robot = current->robotName();
+  const QStringList plugins = openPlugins(robot);
+  for (RobotDock* dock : fRobots->docksOf(robot)) dock->close();
+  remember(robot, plugins);
 }
 
 // ---- the rest of the window
@@ -126,14 +176,14 @@ void MainWindow::showCatalog() {
 void MainWindow::restoreLayout() {
   resize(kDefaultSize.boundedTo(roomOnScreen(*this)));
   resizeDocks({fLogDock}, {kLogHeight}, Qt::Vertical);
-  if (fLayout == Layout::Standard) return;
+  if (fPast == Past::Ignored) return;
   const QSettings settings;
   restoreGeometry(settings.value("Window/geometry").toByteArray());
   restoreState(settings.value("Window/state").toByteArray());
 }
 
 void MainWindow::saveLayout() const {
-  if (fLayout == Layout::Standard) return;
+  if (fPast == Past::Ignored) return;
   QSettings settings;
   settings.setValue("Window/geometry", saveGeometry());
   settings.setValue("Window/state", saveState());
@@ -142,6 +192,7 @@ void MainWindow::saveLayout() const {
 void MainWindow::closeEvent(QCloseEvent* event) {
   emit closing();
   saveLayout();
+  fPast = Past::Ignored;  // floating docks close behind it, and nobody wanted them gone
   // The robots end with this object: now one of their dialogs may still be open.
   event->accept();
 }

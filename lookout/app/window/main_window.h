@@ -17,23 +17,28 @@ class PaintWhileWaiting;
 class RobotArea;
 class RobotDock;
 
-// Holds a dock a robot and the log panel. GUI thread.
+// Holds a dock for each plug-in of a robot, and the log panel. GUI thread.
 class MainWindow : public QMainWindow {
   Q_OBJECT
 
  public:
-  // Whether the window stands where it stood last time, and is remembered for the next time.
-  enum class Layout { Remembered, Standard };
+  // Whether the window stands where it stood last time, and shows robots as they were shown then,
+  // and is remembered for the next time.
+  enum class Past { Remembered, Ignored };
 
   // Loads the plug-ins of a folder; `icons` ends with a slash and is handed to them.
-  MainWindow(const QString& plugins, QString icons, Layout layout = Layout::Remembered,
+  MainWindow(const QString& plugins, QString icons, Past past = Past::Remembered,
              QWidget* parent = nullptr);
   ~MainWindow() override;
 
-  // Docks a robot and returns at once; the connection is made later. A robot that is docked
-  // already is brought to the front, or docked anew when it is to be encrypted now and was not, or
-  // the other way round. Null when no plug-in shows robots: a message says so.
-  RobotDock* connectTo(const Ky::KyAddress& robot);
+  // Docks a robot and returns at once; the connection is made later. The plug-ins that show it are
+  // those named or, when none of them is there, those that did so last time or the usual one. A
+  // robot that is docked already is brought to the front, or docked anew when it is to be encrypted
+  // now and was not, or the other way round. Returns the first of its docks; null when no plug-in
+  // shows robots: a message says so.
+  RobotDock* connectTo(const Ky::KyAddress& robot, const QStringList& plugins = {});
+  // Docks one plug-in for a robot, or brings it to the front when it is there.
+  RobotDock* openFor(const Ky::KyAddress& robot, const Plugin& plugin);
   // Docks a widget that needs no robot.
   RobotDock* open(const Plugin& plugin);
 
@@ -43,6 +48,7 @@ class MainWindow : public QMainWindow {
 
  public slots:
   void askForRobot();
+  // With all its plug-ins.
   void closeCurrentRobot();
   void showPlugins();
   void showPreferences();
@@ -63,15 +69,23 @@ class MainWindow : public QMainWindow {
   void restoreLayout();
   void saveLayout() const;
   RobotDock* dock(const Plugin& plugin, std::optional<Ky::KyAddress> robot);
+  std::vector<const Plugin*> chosen(const QString& robot, const QStringList& plugins) const;
+  QStringList openPlugins(const QString& robot) const;
+  void remember(const QString& robot, const QStringList& plugins) const;
+  bool hasChoice() const { return fCatalog->allForRobots().size() > 1; }
+  QMenu* menuOfPlugins(const Ky::KyAddress& robot);
+  void listPlugins(QMenu& menu, const Ky::KyAddress& robot);
+  void nameCurrentRobot();
   void grow(const QSize& by);
 
   BrokerCloser fCloser;
   std::unique_ptr<PluginCatalog> fCatalog;  // made when the log listens
   const QString fIcons;
-  const Layout fLayout;
+  Past fPast;
   RobotArea* fRobots = nullptr;
   LogPanel* fLog = nullptr;
   QDockWidget* fLogDock = nullptr;
+  QMenu* fPluginsOfRobot = nullptr;
   QAction* fCloseRobot = nullptr;
   std::unique_ptr<PaintWhileWaiting> fPainting;
 };

@@ -3,12 +3,15 @@
 #include <QAction>
 #include <QApplication>
 #include <QDockWidget>
+#include <QMenu>
 #include <QMenuBar>
 #include <QStyle>
 #include <QToolBar>
 
 #include "lookout/widget_interface.h"
+#include "robots/robot_dock.h"
 #include "window/main_window.h"
+#include "window/robot_area.h"
 
 namespace Lookout {
 
@@ -21,6 +24,14 @@ void MainWindow::buildMenus() {
   for (const Plugin* plugin : fCatalog->loaded())
     if (!plugin->interface->requiresConnection())
       robot->addAction(tr("&Open %1").arg(plugin->name), this, [this, plugin] { open(*plugin); });
+  fPluginsOfRobot = robot->addMenu(tr("P&lug-ins"));
+  fPluginsOfRobot->menuAction()->setVisible(hasChoice());
+  connect(robot, &QMenu::aboutToShow, this, &MainWindow::nameCurrentRobot);
+  connect(fPluginsOfRobot, &QMenu::aboutToShow, this, [this] {
+    const RobotDock* current = fRobots->current();
+    if (current != nullptr && current->session().robot())
+      listPlugins(*fPluginsOfRobot, *current->session().robot());
+  });
   fCloseRobot = robot->addAction(tr("C&lose robot"), QKeySequence::Close, this,
                                  &MainWindow::closeCurrentRobot);
   fCloseRobot->setEnabled(false);
@@ -48,6 +59,34 @@ void MainWindow::buildMenus() {
   tools->setIconSize({16, 16});
   tools->setMovable(false);
   tools->addActions({connectAction, log});
+}
+
+// The menu opens for the robot whose dock is current now.
+void MainWindow::nameCurrentRobot() {
+  const RobotDock* current = fRobots->current();
+  const bool hasRobot = current != nullptr && current->session().robot();
+  fPluginsOfRobot->setTitle(hasRobot ? tr("P&lug-ins of %1").arg(current->robotName())
+                                     : tr("P&lug-ins"));
+  fPluginsOfRobot->setEnabled(hasRobot);
+}
+
+QMenu* MainWindow::menuOfPlugins(const Ky::KyAddress& robot) {
+  auto* menu = new QMenu(this);
+  connect(menu, &QMenu::aboutToShow, this, [this, menu, robot] { listPlugins(*menu, robot); });
+  return menu;
+}
+
+void MainWindow::listPlugins(QMenu& menu, const Ky::KyAddress& robot) {
+  const QStringList open = openPlugins(QString::fromStdString(robot.toString()));
+  menu.clear();
+  for (const Plugin* plugin : fCatalog->allForRobots()) {
+    const bool isOpen = open.contains(plugin->name);
+    QAction* action =
+        menu.addAction(isOpen ? tr("%1 (open)").arg(plugin->name) : tr("Open %1").arg(plugin->name),
+                       this, [this, plugin, robot] { openFor(robot, *plugin); });
+    action->setCheckable(true);
+    action->setChecked(isOpen);
+  }
 }
 
 }  // namespace Lookout

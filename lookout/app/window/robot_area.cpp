@@ -16,9 +16,12 @@ RobotArea::RobotArea(QWidget* parent) : QMainWindow(parent) {
   setDockOptions(AllowNestedDocks | AllowTabbedDocks);
   setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
   buildHint();
+  connect(qApp, &QApplication::focusChanged, this,
+          [this](const QWidget*, const QWidget* focused) { followFocus(focused); });
 }
 
 RobotArea::~RobotArea() {
+  qApp->disconnect(this);
   for (RobotDock* dock : fDocks) {
     dock->disconnect(this);
     delete dock;
@@ -50,8 +53,12 @@ void RobotArea::setHint(const QString& text) {
 void RobotArea::add(RobotDock* dock) {
   place(dock);
   fDocks.push_back(dock);
+  fCurrent = dock;
   fHint->hide();
   connect(dock, &RobotDock::closed, this, [this, dock] { forget(dock); });
+  connect(dock, &RobotDock::visibilityChanged, this, [this, dock](bool isInFront) {
+    if (isInFront) fCurrent = dock;
+  });
   connect(dock, &RobotDock::widgetShown, this, [this, dock] { makeRoom(*dock); });
   dock->show();
   dock->raise();
@@ -100,23 +107,29 @@ void RobotArea::makeRoom(const RobotDock& shown) {
 
 void RobotArea::forget(RobotDock* dock) {
   std::erase(fDocks, dock);
+  if (fCurrent == dock) fCurrent = fDocks.empty() ? nullptr : fDocks.back();
   fHint->setVisible(fDocks.empty());
   emit changed();
 }
 
-RobotDock* RobotArea::find(const QString& robotName) const {
-  const auto found = std::find_if(fDocks.begin(), fDocks.end(), [&](const RobotDock* dock) {
-    return dock->robotName() == robotName && dock->session().state() != RobotSession::State::Closed;
-  });
-  return found != fDocks.end() ? *found : nullptr;
+std::vector<RobotDock*> RobotArea::docksOf(const QString& robotName) const {
+  std::vector<RobotDock*> result;
+  for (RobotDock* dock : fDocks)
+    if (dock->robotName() == robotName && dock->session().state() != RobotSession::State::Closed)
+      result.push_back(dock);
+  return result;
 }
 
 RobotDock* RobotArea::current() const {
-  if (fDocks.empty()) return nullptr;
   const auto focused = std::find_if(fDocks.begin(), fDocks.end(), [](const RobotDock* dock) {
     return dock->isAncestorOf(QApplication::focusWidget());
   });
-  return focused != fDocks.end() ? *focused : fDocks.back();
+  return focused != fDocks.end() ? *focused : fCurrent;
+}
+
+void RobotArea::followFocus(const QWidget* focused) {
+  for (RobotDock* dock : fDocks)
+    if (dock->isAncestorOf(focused)) fCurrent = dock;
 }
 
 }  // namespace Lookout

@@ -11,9 +11,9 @@ class QLabel;
 
 namespace Lookout {
 
-// A dock a robot, side by side while the screen has room and in tabs otherwise; a hint while there
-// is none. A main window within the main window, so that the log and the robots don't compete for
-// room. GUI thread.
+// A dock for each plug-in of a robot, side by side while the screen has room and in tabs otherwise;
+// a hint while there is none. A main window within the main window, so that the log and the robots
+// don't compete for room. GUI thread.
 class RobotArea : public QMainWindow {
   Q_OBJECT
 
@@ -25,9 +25,10 @@ class RobotArea : public QMainWindow {
   // Takes the dock over, shows it and starts its session.
   void add(RobotDock* dock);
   const std::vector<RobotDock*>& docks() const { return fDocks; }
-  // Null when it is not here.
-  RobotDock* find(const QString& robotName) const;
-  // The one with the keyboard focus, or the newest; null when there is none.
+  // Those of one robot that are not about to go, the oldest first.
+  std::vector<RobotDock*> docksOf(const QString& robotName) const;
+  // The one with the keyboard focus, or else the last that had it, came to the front or was added;
+  // null when there is none.
   RobotDock* current() const;
   void setHint(const QString& text);
 
@@ -42,12 +43,14 @@ class RobotArea : public QMainWindow {
   void buildHint();
   void place(RobotDock* dock);
   void forget(RobotDock* dock);
+  void followFocus(const QWidget* focused);
   // Asks for the room that a dock lacks, and gives each what it needs of it.
   void makeRoom(const RobotDock& shown);
 
   QWidget* fHint = nullptr;
   QLabel* fHintText = nullptr;
   std::vector<RobotDock*> fDocks;
+  RobotDock* fCurrent = nullptr;
 };
 
 }  // namespace Lookout

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: Apache-2.0
+// How a robot was shown last time, kept in the settings.
+#pragma once
+
+#include <QStringList>
+
+namespace Lookout {
+
+// Of the robots "HOST:PORT" that were docked last, at most 20. GUI thread; reads and writes the
+// application's QSettings at each call.
+class RobotMemory {
+ public:
+  static constexpr int kMost = 20;
+
+  // The names of the plug-ins that were open for it; empty when nothing is remembered.
+  static QStringList plugins(const QString& robot);
+  static void setPlugins(const QString& robot, const QStringList& plugins);
+  static void forget(const QString& robot);
+};
+
+}  // namespace Lookout
