@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "lookout/settings_of_test.h"
 #include "robot/kyrobot_process.h"
 #include "robots/robot_dock.h"
 #include "robots/robot_session.h"
@@ -38,6 +39,12 @@ constexpr qint64 kLongestStallMs = 3000;
 struct WindowOnRobots {
   WindowOnRobots() {
     QStandardPaths::setTestModeEnabled(true);
+    open();
+  }
+
+  // As the program does when it starts.
+  void open() {
+    window.reset();  // two at once would share the plug-ins' objects
     window = std::make_unique<Lookout::MainWindow>(LOOKOUT_PLUGINS, LOOKOUT_ICONS);
     window->show();
   }
@@ -56,5 +63,6 @@ struct WindowOnRobots {
     return waitUntil([&] { return session.framesPainted() >= before + more; });
   }
 
+  const SettingsOfTest settings;
   std::unique_ptr<Lookout::MainWindow> window;
 };

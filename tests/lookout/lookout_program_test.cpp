@@ -17,19 +17,20 @@ namespace {
 class Program : public Process {
  public:
   explicit Program(const std::vector<std::string>& arguments, Environment environment = {})
-      : Program(std::make_unique<QTemporaryDir>(), arguments, std::move(environment)) {}
-
- private:
-  Program(std::unique_ptr<QTemporaryDir> home, const std::vector<std::string>& arguments,
+      : Program(std::make_shared<QTemporaryDir>(), arguments, std::move(environment)) {}
+  // With the settings of another run.
+  Program(std::shared_ptr<QTemporaryDir> home, const std::vector<std::string>& arguments,
           Environment environment)
       : Process(LOOKOUT, arguments, with(*home, std::move(environment))), fHome(std::move(home)) {}
+
+ private:
   static Environment with(const QTemporaryDir& home, Environment environment) {
     environment["XDG_CONFIG_HOME"] = home.path().toStdString();
     environment.emplace("QT_QPA_PLATFORM", "offscreen");
     return environment;
   }
 
-  std::unique_ptr<QTemporaryDir> fHome;
+  std::shared_ptr<QTemporaryDir> fHome;
 };
 
 // A style sheet that changes how everything looks; the path of its file.
@@ -164,6 +165,32 @@ TEST(Lookout, QuitsCleanlyOnCtrlC) {
   lookout.signal(SIGINT);
   EXPECT_EQ(lookout.waitForExit(), 0) << lookout.errors();
   EXPECT_FALSE(lookout.output().empty());
+}
+
+TEST(Lookout, GoesOnAfterATerminationWhereItWas) {
+  const TcpRobot robot;
+  const auto home = std::make_shared<QTemporaryDir>();
+  const std::vector<std::string> arguments = {"--plugins", FIXTURES "/remembering", "--robot",
+                                              robot.address().toString()};
+  Program first(home, arguments, {{"REMEMBERING_PLUGIN_USER", "yes"}});
+  ASSERT_TRUE(first.waitForErrorLine("plays as 1")) << first.errors();
+  first.signal(SIGTERM);
+  EXPECT_EQ(first.waitForExit(), 0) << first.errors();
+
+  Program second(home, arguments, {});
+  EXPECT_TRUE(second.waitForErrorLine("plays as 1")) << second.errors();
+  second.signal(SIGTERM);
+  EXPECT_EQ(second.waitForExit(), 0) << second.errors();
+
+  for (const char* script : {"--report", "--quit-after=60"}) {
+    Program scripted(
+        home, {"--plugins", FIXTURES "/remembering", "--robot", robot.address().toString(), script},
+        {});
+    ASSERT_TRUE(scripted.waitForErrorLine("connected to ")) << scripted.errors();
+    scripted.signal(SIGTERM);
+    EXPECT_EQ(scripted.waitForExit(), 0) << scripted.errors();
+    EXPECT_EQ(scripted.errors().find("plays as"), std::string::npos) << scripted.errors();
+  }
 }
 
 TEST(Lookout, QuitsCleanlyWhileItIsStillConnecting) {

@@ -11,6 +11,7 @@
 
 #include "robots/lost_veil.h"
 #include "robots/robot_address.h"
+#include "robots/widget_keeper.h"
 
 namespace Lookout {
 namespace {
@@ -44,10 +45,19 @@ RobotDock::~RobotDock() {
   // The session tells nobody any more, and its widget goes before the dock's other parts.
   fSession->disconnect(this);
   fPicture.reset();
+  fKeeper.reset();
   fStatusTimer.stop();
   // Events may go on while its widget waits for the robot: then the dock is still whole.
   fSession->close();
   fSession.reset();
+}
+
+void RobotDock::remember(bool startsFresh) {
+  fKeeper = std::make_unique<WidgetKeeper>(*fSession, fPluginName, startsFresh);
+}
+
+void RobotDock::keep() const {
+  if (fKeeper) fKeeper->keep();
 }
 
 void RobotDock::buildBody() {
@@ -169,6 +179,7 @@ const QString& RobotDock::problem() const {
 
 void RobotDock::closeEvent(QCloseEvent* event) {
   event->accept();
+  keep();
   fSession->close();
 }
 

@@ -20,6 +20,7 @@ class QToolButton;
 namespace Lookout {
 
 class LostVeil;
+class WidgetKeeper;
 
 // Shows one robot's widget, or why there is none, above a line about its connection. Closing it
 // ends the session, then deletes the dock. GUI thread.
@@ -32,6 +33,12 @@ class RobotDock : public QDockWidget {
   RobotDock(const Plugin& plugin, std::optional<Ky::KyAddress> robot, const QString& icons,
             BrokerCloser& closer, QWidget* parent = nullptr);
   ~RobotDock() override;
+
+  // Lets the robot's widget begin as it was left last time, unless `startsFresh`, and keeps how it
+  // is left this time. Before the session starts.
+  void remember(bool startsFresh);
+  // Keeps it now; closing the dock does so too.
+  void keep() const;
 
   RobotSession& session() const { return *fSession; }
   // What its status line shows.
@@ -80,6 +87,7 @@ class RobotDock : public QDockWidget {
   QTimer fStatusTimer;
   std::unique_ptr<RobotSession> fSession;
   std::unique_ptr<PictureWatch> fPicture;
+  std::unique_ptr<WidgetKeeper> fKeeper;  // null: nothing is remembered
 };
 
 }  // namespace Lookout

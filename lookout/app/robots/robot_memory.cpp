@@ -10,12 +10,20 @@ namespace {
 const char* const kRobotsKey = "Memory/robots";  // the most recent first
 
 // A name may hold slashes, which part the groups of the settings.
+QString encoded(const QString& name) {
+  return QString::fromLatin1(QUrl::toPercentEncoding(name));
+}
+
 QString group(const QString& robot) {
-  return "Memory/" + QString::fromLatin1(QUrl::toPercentEncoding(robot));
+  return "Memory/" + encoded(robot);
 }
 
 QString pluginsKey(const QString& robot) {
   return group(robot) + "/plugins";
+}
+
+QString widgetGroup(const QString& robot, const QString& plugin) {
+  return group(robot) + "/widgets/" + encoded(plugin);
 }
 
 void touch(const QString& robot) {
@@ -36,6 +44,22 @@ QStringList RobotMemory::plugins(const QString& robot) {
 void RobotMemory::setPlugins(const QString& robot, const QStringList& plugins) {
   touch(robot);
   QSettings().setValue(pluginsKey(robot), plugins);
+}
+
+std::optional<WidgetMemory> RobotMemory::widget(const QString& robot, const QString& plugin) {
+  QSettings settings;
+  settings.beginGroup(widgetGroup(robot, plugin));
+  if (!settings.contains("state")) return {};
+  return WidgetMemory{settings.value("state").toByteArray(), settings.value("playing").toBool()};
+}
+
+void RobotMemory::setWidget(const QString& robot, const QString& plugin,
+                            const WidgetMemory& memory) {
+  touch(robot);
+  QSettings settings;
+  settings.beginGroup(widgetGroup(robot, plugin));
+  settings.setValue("state", memory.state);
+  settings.setValue("playing", memory.playing);
 }
 
 void RobotMemory::forget(const QString& robot) {

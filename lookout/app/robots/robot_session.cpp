@@ -46,6 +46,18 @@ RobotSession::~RobotSession() {
   dropProbe();
 }
 
+void RobotSession::beginWith(const WidgetMemory& before) {
+  fWidgetState = before.state;
+  fPlaying = before.playing;
+}
+
+WidgetMemory RobotSession::widgetMemory() const {
+  const LookoutWidget* widget = lookoutWidget();
+  const bool isAlive = fState == State::Connected || fState == State::Silent;
+  if (widget == nullptr || !isAlive) return {fWidgetState, fPlaying};
+  return {widget->saveState(), fState == State::Connected ? widget->isPlaying() : fPlaying};
+}
+
 void RobotSession::start() {
   if (fRobot)
     startProbe();

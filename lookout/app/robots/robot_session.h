@@ -13,6 +13,7 @@
 #include "ky/broker.h"
 #include "robots/broker_closer.h"
 #include "robots/connection_watcher.h"
+#include "robots/robot_memory.h"
 
 class LookoutWidget;
 class QWidget;
@@ -47,6 +48,11 @@ class RobotSession : public QObject {
                QWidget& home, BrokerCloser& closer, QObject* parent = nullptr);
   // Closes. Not while the plug-in is at work, or something waits for a robot.
   ~RobotSession() override;
+
+  // Before start(): the first widget begins like this one.
+  void beginWith(const WidgetMemory& before);
+  // What the next widget would begin with now.
+  WidgetMemory widgetMemory() const;
 
   // Returns at once.
   void start();

@@ -79,8 +79,7 @@ RobotDock* MainWindow::connectTo(const Ky::KyAddress& robot, const QStringList& 
 
 std::vector<const Plugin*> MainWindow::chosen(const QString& robot,
                                               const QStringList& plugins) const {
-  const QStringList before =
-      fPast == Past::Remembered ? RobotMemory::plugins(robot) : QStringList();
+  const QStringList before = takesUpThePast() ? RobotMemory::plugins(robot) : QStringList();
   for (const QStringList& names : {plugins, before}) {
     std::vector<const Plugin*> found;
     for (const QString& name : names)
@@ -116,12 +115,17 @@ void MainWindow::remember(const QString& robot, const QStringList& plugins) cons
   if (fPast == Past::Remembered && !plugins.isEmpty()) RobotMemory::setPlugins(robot, plugins);
 }
 
+bool MainWindow::takesUpThePast() const {
+  return fPast == Past::Remembered && !PreferencesDialog::startsFresh();
+}
+
 RobotDock* MainWindow::open(const Plugin& plugin) {
   return dock(plugin, std::nullopt);
 }
 
 RobotDock* MainWindow::dock(const Plugin& plugin, std::optional<Ky::KyAddress> robot) {
   auto* added = new RobotDock(plugin, std::move(robot), fIcons, fCloser, fRobots);
+  if (added->session().robot() && fPast == Past::Remembered) added->remember(!takesUpThePast());
   fRobots->add(added);
   return added;
 }
@@ -192,6 +196,7 @@ void MainWindow::saveLayout() const {
 void MainWindow::closeEvent(QCloseEvent* event) {
   emit closing();
   saveLayout();
+  for (const RobotDock* dock : fRobots->docks()) dock->keep();
   fPast = Past::Ignored;  // floating docks close behind it, and nobody wanted them gone
   // The robots end with this object: now one of their dialogs may still be open.
   event->accept();

@@ -22,7 +22,7 @@ class MainWindow : public QMainWindow {
   Q_OBJECT
 
  public:
-  // Whether the window stands where it stood last time, and shows robots as they were shown then,
+  // Whether the window stands where it stood last time, and shows robots as they were left then,
   // and is remembered for the next time.
   enum class Past { Remembered, Ignored };
 
@@ -69,6 +69,7 @@ class MainWindow : public QMainWindow {
   void restoreLayout();
   void saveLayout() const;
   RobotDock* dock(const Plugin& plugin, std::optional<Ky::KyAddress> robot);
+  bool takesUpThePast() const;
   std::vector<const Plugin*> chosen(const QString& robot, const QStringList& plugins) const;
   QStringList openPlugins(const QString& robot) const;
   void remember(const QString& robot, const QStringList& plugins) const;

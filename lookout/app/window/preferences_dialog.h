@@ -11,6 +11,7 @@ namespace Lookout {
 // Kept in the application's QSettings, where plug-ins read them:
 //   "Preferences/remoteControl" (bool)  error dialogs are not shown, since nobody is there to
 //                                       close them
+//   "Preferences/startFresh" (bool)     robots are not shown as they were left last time
 // GUI thread.
 class PreferencesDialog : public QDialog {
   Q_OBJECT
@@ -18,12 +19,15 @@ class PreferencesDialog : public QDialog {
  public:
   explicit PreferencesDialog(QWidget* parent = nullptr);
 
+  static bool startsFresh();
+
  public slots:
   // Stores what is shown.
   void accept() override;
 
  private:
   QCheckBox* fRemoteControl;
+  QCheckBox* fStartFresh;
 };
 
 }  // namespace Lookout

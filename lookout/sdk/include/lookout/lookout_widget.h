@@ -24,10 +24,11 @@ class LookoutWidget : public QWidget {
   virtual bool isPlaying() const { return false; }
 
   // What the user has set, but for playing, in whatever form the widget likes, and the same set
-  // again on another widget of the same plug-in for the same robot. The host asks a widget whose
-  // robot is lost, and gives it to the next one before that is told to play. restoreState() is
-  // false, and changes nothing, for what is no state of this widget's, such as one of another
-  // version. The defaults have no state.
+  // again on another widget of the same plug-in for the same robot. The host asks a new widget, one
+  // whose robot is lost and one that is about to go, and gives what is no more as it was at first
+  // to the next one, perhaps in another run of the program, before that is told to play.
+  // restoreState() is false, and changes nothing, for what is no state of this widget's, such as
+  // one of another version. The defaults have no state.
   virtual QByteArray saveState() const { return {}; }
   virtual bool restoreState(const QByteArray& state);
 
