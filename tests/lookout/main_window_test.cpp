@@ -100,6 +100,7 @@ TEST(MainWindow, DocksARobotUnderItsPluginAndAddress) {
   EXPECT_TRUE(dock->features() & QDockWidget::DockWidgetClosable);
   EXPECT_TRUE(dock->features() & QDockWidget::DockWidgetFloatable);
   EXPECT_TRUE(dock->findChild<StatusLine*>()->text().contains("Connected"));
+  EXPECT_FALSE(dock->findChild<StatusLine*>()->text().contains("not encrypted"));
   EXPECT_TRUE(waitUntil([&] { return on.logShows("connected to " + robot.name()); }));
 }
 
@@ -140,6 +141,7 @@ TEST(MainWindow, ReachesARobotWithoutKeysOnceThatIsChosen) {
   const RobotDock* dock = on.window.robots().docks().front();
   ASSERT_TRUE(Window::waitFor(*dock, State::Connected));
   EXPECT_EQ(dock->windowTitle(), "working_plugin " + robot.name() + ", not encrypted");
+  EXPECT_TRUE(dock->findChild<StatusLine*>()->text().contains("not encrypted"));
   EXPECT_TRUE(waitUntil([&] { return first.isNull(); }));
 }
 

@@ -67,6 +67,18 @@ TEST(StatusLine, TellsHowLongThereIsNoPicture) {
   EXPECT_EQ(standstillText({PictureState::Stalled, 0, 1h, 125s}), "No new picture for 2 min 5 s");
 }
 
+TEST(StatusLine, MarksAConnectionThatIsNotEncryptedAndSaysWhatToDo) {
+  Lookout::StatusLine shown;
+  for (const State state : {State::Connecting, State::Connected, State::Silent, State::Lost}) {
+    shown.show({state, 0us, 0, {}, true});
+    EXPECT_TRUE(shown.text().contains("not encrypted")) << shown.text().toStdString();
+    EXPECT_TRUE(shown.toolTip().contains("ky keys make"));
+    shown.show({state, 0us, 0, {}, false});
+    EXPECT_FALSE(shown.text().contains("encrypted"));
+    EXPECT_TRUE(shown.toolTip().isEmpty());
+  }
+}
+
 TEST(StatusLine, IsGreenOnlyWhileAllIsWell) {
   const QString green = dotOf({State::Connected, 0us, 0, live(30, 100ms)});
   EXPECT_TRUE(green.contains(QString::fromUtf8("\u25cf")));

@@ -169,8 +169,8 @@ void RobotDock::showStatus() {
 }
 
 RobotStatus RobotDock::status() const {
-  return {fSession->state(), fSession->statistics().roundTrip, fBytesPerSecond,
-          fPicture->reading()};
+  return {fSession->state(), fSession->statistics().roundTrip, fBytesPerSecond, fPicture->reading(),
+          fExposed};
 }
 
 const QString& RobotDock::problem() const {

@@ -87,6 +87,14 @@ QStringList liveFigures(const PictureReading& picture) {
   return figures;
 }
 
+QString exposedAdvice() {
+  return StatusLine::tr(
+      "Whoever is on the network between here and the robot can watch, and can command the robot. "
+      "To encrypt the connection: make keys on both computers with 'ky keys make', exchange them "
+      "with 'ky keys trust', start the robot with --keys instead of --insecure, and connect to it "
+      "again, without the tick at \"Without encryption\".");
+}
+
 }  // namespace
 
 QString standstillText(const PictureReading& picture) {
@@ -111,8 +119,12 @@ StatusLine::StatusLine(QWidget* parent) : QLabel(parent) {
 }
 
 void StatusLine::show(const RobotStatus& status) {
-  setText(QString("<span style=\"color:%1\">\u25cf</span> %2")
-              .arg(colourOf(status), statusText(status).toHtmlEscaped()));
+  QString text = QString("<span style=\"color:%1\">\u25cf</span> %2")
+                     .arg(colourOf(status), statusText(status).toHtmlEscaped());
+  if (status.isExposed)
+    text += QString(" \u00b7 <span style=\"color:%1\">%2</span>").arg(kRed, tr("not encrypted"));
+  setText(text);
+  setToolTip(status.isExposed ? exposedAdvice() : QString());
 }
 
 }  // namespace Lookout

@@ -15,6 +15,7 @@ struct RobotStatus {
   std::chrono::microseconds roundTrip{0};  // 0: not known
   double bytesPerSecond = 0;
   PictureReading picture;
+  bool isExposed = false;  // the connection crosses a network without encryption
 };
 
 // "Live · 29.9 fps · newest picture 0.1 s ago · round trip 0.8 ms · 37.1 MB/s"; what is not known
@@ -24,7 +25,8 @@ QString statusText(const RobotStatus& status);
 // "No new picture for 3 s" of one that is stalled.
 QString standstillText(const PictureReading& picture);
 
-// Shows a status behind a dot of the state's colour: green while all is well. GUI thread.
+// Shows a status behind a dot of the state's colour: green while all is well; and, of a connection
+// that others may listen to, that it is not encrypted. GUI thread.
 class StatusLine : public QLabel {
   Q_OBJECT
 
