@@ -13,6 +13,7 @@
 #include "ky/module.h"
 #include "ky/proxy.h"
 #include "raw_peer.h"
+#include "support/log_capture.h"
 #include "support/wait.h"
 
 using namespace Ky;
@@ -140,6 +141,18 @@ TEST(Loss, ARobotThatStopsIsLostAndFoundAgain) {
   robot->shutdown();
 }
 
+TEST(Loss, AGoodbyeIsNoWarning) {
+  LogCapture log;
+  const auto robot = KyBroker::create(robotOptions());
+  const auto desktop = KyBroker::create(desktopOptions(robot->address().port));
+  robot->shutdown();
+  ASSERT_TRUE(waitUntil([&] { return desktop->connection() == KyConnection::Lost; }));
+  desktop->shutdown();
+  EXPECT_EQ(log.lines("ky"),
+            std::vector<std::string>{"info lose: lost the robot at " + robot->address().toString() +
+                                     ": it said: the robot stops"});
+}
+
 TEST(Loss, ACallInFlightFailsWhenTheRobotIsLost) {
   auto robot = KyBroker::create(robotOptions());
   const auto counter = KyModule::createModule<Counter>(robot);
@@ -193,13 +206,25 @@ class SilentRobot {
       if (!fSocket.recv(route) || !fSocket.recv(text)) return "nobody";
       const Message message = decode(text.data<char>(), text.size(), {}, {});
       if (message.kind != MessageKind::Hello) continue;
-      fSocket.send(route, zmq::send_flags::sndmore);
-      fSocket.send(zmq::buffer(encode(welcomeMessage("silent", isKnown), {}).text));
+      send(route, welcomeMessage("silent", isKnown));
       return message.fields[1].asString();
     }
   }
+  // Does so, and answers what is said next with a goodbye.
+  void welcomeOneAndForgetIt() {
+    welcomeOne();
+    zmq::message_t route;
+    zmq::message_t text;
+    if (!fSocket.recv(route) || !fSocket.recv(text)) return;
+    send(route, byeMessage(kSayHelloFirst));
+  }
 
  private:
+  void send(zmq::message_t& route, const Message& message) {
+    fSocket.send(route, zmq::send_flags::sndmore);
+    fSocket.send(zmq::buffer(encode(message, {}).text));
+  }
+
   zmq::context_t fContext;
   zmq::socket_t fSocket{fContext, zmq::socket_type::router};
   int fPort = 0;
@@ -262,6 +287,19 @@ TEST(Loss, ARobotThatDoesNotKnowItsPeerAnyMoreIsLost) {
   EXPECT_EQ(changes.listAfterCreation()[1], "lost: it was restarted");
   EXPECT_EQ(changes.listAfterCreation()[2], "connected");
   desktop->shutdown();
+}
+
+TEST(Loss, ARobotThatForgetsItsPeerWarns) {
+  LogCapture log;
+  SilentRobot robot;
+  auto told = std::async(std::launch::async, [&] { robot.welcomeOneAndForgetIt(); });
+  const auto desktop = KyBroker::create(impatientOptions(robot.port()));
+  told.get();
+  ASSERT_TRUE(waitUntil([&] { return desktop->connection() == KyConnection::Lost; }));
+  desktop->shutdown();
+  EXPECT_EQ(log.lines("ky"),
+            std::vector<std::string>{"warning lose: lost the robot at 127.0.0.1:" +
+                                     std::to_string(robot.port()) + ": it said: say hello first"});
 }
 
 TEST(Loss, APeerThatIsGivenUpComesBackUnderANewId) {

@@ -160,7 +160,7 @@ void MainBroker::handle(const std::string& route, Message message) {
   if (message.kind == MessageKind::Hello) return welcome(route, message);
   const auto peer = fPeers.find(route);
   if (peer == fPeers.end()) {
-    if (message.kind != MessageKind::Bye) sendTo(route, byeMessage("say hello first"));
+    if (message.kind != MessageKind::Bye) sendTo(route, byeMessage(kSayHelloFirst));
     return;
   }
   peer->second.lastHeard = fClock.now();

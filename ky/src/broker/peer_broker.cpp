@@ -4,8 +4,6 @@
 #include <array>
 #include <random>
 
-#include "zu/log.h"
-
 namespace Ky {
 namespace {
 
@@ -293,7 +291,7 @@ void PeerBroker::handle(Message message) {
             std::chrono::steady_clock::now() - fLastPing));
       return;
     case MessageKind::Bye:
-      return handleBye("it said: " + message.fields[0].asString());
+      return handleBye(message.fields[0].asString());
     case MessageKind::Offers:
       fOffers.set(kParent, offersFromValue(message.fields[0]));
       return;
@@ -316,10 +314,12 @@ void PeerBroker::handleWelcome(const Message& welcome) {
   fState.set(KyConnection::Connected, "");
 }
 
-void PeerBroker::handleBye(const std::string& why) {
+void PeerBroker::handleBye(const std::string& reason) {
+  const std::string why = "it said: " + reason;
   const KyConnection connection = fState.get();
   if (connection == KyConnection::Connected || connection == KyConnection::Silent)
-    lose(why);
+    // Who takes his leave is missed by nobody; who doesn't know us any more has lost something.
+    lose(why, reason == kSayHelloFirst ? zu::log::Level::warning : zu::log::Level::info);
   else
     fState.setProblem(why, true);
 }
@@ -377,9 +377,9 @@ void PeerBroker::startOver() {
   openSocket();
 }
 
-void PeerBroker::lose(const std::string& why) {
+void PeerBroker::lose(const std::string& why, zu::log::Level level) {
   fConnected = false;
-  zu::log::warning("ky", "lose") << "lost the robot at " << parentName() << ": " << why;
+  zu::log::write(level, "ky", "lose", "lost the robot at " + parentName() + ": " + why);
   fId = randomId();
   fOffers.remove(kParent);
   startOver();

@@ -13,6 +13,7 @@
 #include "broker/connection_state.h"
 #include "broker/mute_modules.h"
 #include "transport/connection_monitor.h"
+#include "zu/log.h"
 
 namespace Ky {
 
@@ -61,10 +62,10 @@ class PeerBroker : public BrokerCore {
   void handleCall(Message call);
   void handleAnswer(Message answer);
   void handleWelcome(const Message& welcome);
-  void handleBye(const std::string& why);
+  void handleBye(const std::string& reason);
   void keepAlive();
   void fallSilent(const std::string& why);
-  void lose(const std::string& why);
+  void lose(const std::string& why, zu::log::Level level = zu::log::Level::warning);
   void startOver();
 
   std::string fId;     // until the parent is lost

@@ -57,6 +57,9 @@ Message errorMessage(std::int64_t id, const KyError& error);
 Message pingMessage(std::int64_t token);
 Message pongMessage(std::int64_t token);
 Message byeMessage(const std::string& why);
+
+// What a robot says to whom it doesn't know (any more).
+inline constexpr const char* kSayHelloFirst = "say hello first";
 Message offersMessage(KyValue offers);
 
 // The answer to a call that can't be read.

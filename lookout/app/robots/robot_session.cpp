@@ -144,8 +144,6 @@ void RobotSession::goOn() {
 }
 
 void RobotSession::lose(const QString& why) {
-  zu::log::warning("lookout", "session")
-      << "lost " << fRobot->toString() << ": " << why.toStdString();
   if (LookoutWidget* widget = lookoutWidget()) {
     if (fState == State::Connected) fPlaying = widget->isPlaying();
     fWidgetState = widget->saveState();
