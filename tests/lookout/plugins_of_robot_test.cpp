@@ -71,9 +71,8 @@ struct Window {
 };
 
 QMenu* cornerMenu(const RobotDock& dock) {
-  for (const auto* button : dock.findChildren<QToolButton*>())
-    if (button->text() == "Plug-ins" && !button->isHidden()) return button->menu();
-  return nullptr;
+  const auto* button = dock.findChild<QToolButton*>("plugins");
+  return button->isHidden() ? nullptr : button->menu();
 }
 
 QStringList entries(QMenu* menu) {

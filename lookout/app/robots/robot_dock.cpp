@@ -78,7 +78,10 @@ void RobotDock::buildBody() {
   fVeil = new LostVeil(fPages);
   fStatus = new StatusLine(body);
   fPlugins = new QToolButton(body);
-  fPlugins->setText(tr("Plug-ins"));
+  fPlugins->setObjectName("plugins");
+  fPlugins->setText(tr("Plug-ins \u25be"));
+  // The style's own arrow would lie on the text.
+  fPlugins->setStyleSheet("QToolButton::menu-indicator { image: none; }");
   fPlugins->setToolTip(tr("Open another plug-in for this robot"));
   fPlugins->setPopupMode(QToolButton::InstantPopup);
   fPlugins->setAutoRaise(true);
@@ -87,6 +90,7 @@ void RobotDock::buildBody() {
   auto* line = new QHBoxLayout;
   line->addWidget(fStatus, 1);
   line->addWidget(fPlugins);
+  line->addSpacing(4);
   auto* layout = new QVBoxLayout(body);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
