@@ -250,6 +250,27 @@ TEST(MainWindow, GrowsUntilAllViewersAreSeenWhole) {
   }
 }
 
+TEST(MainWindow, GrowsForAViewerInTheTabBehind) {
+  const TcpRobot robot;
+  Window on;
+  const auto isWhole = [](const QWidget* widget) {
+    return widget->visibleRegion().boundingRect() == widget->rect();
+  };
+  RobotDock* viewer = on.dock(robot);
+  const QWidget* widget = viewer->session().widget();
+  ASSERT_TRUE(waitUntil([&] { return isWhole(widget); }));
+  on.window.resize(300, 300);
+  ASSERT_TRUE(waitUntil([&] { return !isWhole(widget); }));
+
+  on.action("&Open robotless_plugin")->trigger();
+  RobotDock* small = on.window.robots().docks().back();
+  on.window.findChild<RobotArea*>()->tabifyDockWidget(viewer, small);
+  small->raise();
+  ASSERT_TRUE(Window::waitFor(*small, State::Connected));
+  viewer->raise();
+  EXPECT_TRUE(waitUntil([&] { return isWhole(widget); }));
+}
+
 TEST(MainWindow, DocksARobotOnlyOnce) {
   const TcpRobot robot;
   Window on;

@@ -238,7 +238,8 @@ void RobotSession::keepWidget(QWidget* widget) {
 // Goes on where the widget before was lost.
 void RobotSession::takeUp(LookoutWidget& widget) {
   if (!fWidgetState.isEmpty() && !widget.restoreState(fWidgetState))
-    zu::log::warning("lookout", "session") << "the widget can't take up what was set before";
+    zu::log::warning("lookout", "session")
+        << fRobot->toString() << ": the widget can't take up what was set before";
   if (fPlaying) widget.setPlaying(true);
 }
 

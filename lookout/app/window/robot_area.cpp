@@ -79,7 +79,16 @@ void RobotArea::place(RobotDock* dock) {
     tabifyDockWidget(neighbour, dock);
 }
 
-void RobotArea::makeRoom(const RobotDock& shown) {
+QSize RobotArea::wantedSize(RobotDock& dock) const {
+  QSize wanted = dock.wantedSize();
+  for (const QDockWidget* tab : tabifiedDockWidgets(&dock))
+    if (const auto& other = static_cast<const RobotDock&>(*tab);
+        other.session().widget() != nullptr)
+      wanted = wanted.expandedTo(other.wantedSize());
+  return wanted;
+}
+
+void RobotArea::makeRoom(RobotDock& shown) {
   // What was shown before may still be waiting for its layout.
   QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
   if (shown.isFloating()) return;
@@ -90,7 +99,7 @@ void RobotArea::makeRoom(const RobotDock& shown) {
     const bool standsAlone = !dock->isFloating() && tabifiedDockWidgets(dock).isEmpty();
     if (dock != &shown && !standsAlone) continue;
     docks.append(dock);
-    const QSize wanted = dock->wantedSize();
+    const QSize wanted = wantedSize(*dock);
     const QSize more = (wanted - dock->size()).expandedTo({0, 0});
     missing = QSize(missing.width() + more.width(), std::max(missing.height(), more.height()));
     wantedWidth += wanted.width();
@@ -100,8 +109,8 @@ void RobotArea::makeRoom(const RobotDock& shown) {
   // What nobody needs is shared evenly.
   const int spare = (width() - wantedWidth) / static_cast<int>(docks.size());
   QList<int> widths;
-  for (const QDockWidget* dock : docks)
-    widths.append(static_cast<const RobotDock*>(dock)->wantedSize().width() + spare);
+  for (QDockWidget* dock : docks)
+    widths.append(wantedSize(static_cast<RobotDock&>(*dock)).width() + spare);
   resizeDocks(docks, widths, Qt::Horizontal);
 }
 

@@ -45,7 +45,9 @@ class RobotArea : public QMainWindow {
   void forget(RobotDock* dock);
   void followFocus(const QWidget* focused);
   // Asks for the room that a dock lacks, and gives each what it needs of it.
-  void makeRoom(const RobotDock& shown);
+  void makeRoom(RobotDock& shown);
+  // Of a dock and of those in tabs with it.
+  QSize wantedSize(RobotDock& dock) const;
 
   QWidget* fHint = nullptr;
   QLabel* fHintText = nullptr;
