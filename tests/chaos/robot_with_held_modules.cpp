@@ -42,10 +42,8 @@ milliseconds duration(const Ky::KyValue& value) {
 
 }  // namespace
 
-// What the linker puts in the place of KyModule::invoke(), and what it calls the original.
-#define KY_MODULE_INVOKE                                                                  \
-  "_ZN2Ky8KyModule6invokeERKNS_6KyPeerERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESa" \
-  "IcEEERKSt6vectorINS_7KyValueESaISD_EE"
+// What the linker calls in the place of KyModule::invoke(), and what it then calls the original.
+// KY_MODULE_INVOKE is that function's name for the linker.
 Ky::KyValue originalInvoke(Ky::KyModule* module, const Ky::KyPeer& caller,
                            const std::string& method,
                            const Ky::KyValue::Array& arguments) __asm__("__real_" KY_MODULE_INVOKE);
