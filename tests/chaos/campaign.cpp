@@ -17,12 +17,13 @@ constexpr milliseconds kPicture = 4s;   // after a fault's end
 constexpr milliseconds kSettings = 8s;  // after that; the slowest detection looks once a second
 constexpr milliseconds kStall = 1s;
 #ifdef PERISCOPE_SANITIZED
-constexpr long kGrowthKilobytes = 1 << 20;  // the sanitizer keeps what is freed
+// The sanitizer keeps what is freed.
+constexpr Footprint kWindowGrowth{1 << 20, 8, 4};
+constexpr Footprint kRobotGrowth{1 << 20, 8, 4};
 #else
-constexpr long kGrowthKilobytes = 48 << 10;
+constexpr Footprint kWindowGrowth{24 << 10, 8, 4};
+constexpr Footprint kRobotGrowth{48 << 10, 8, 4};  // a film takes half of it
 #endif
-constexpr long kGrowthDescriptors = 12;
-constexpr long kGrowthThreads = 6;
 
 // So much longer than promised is waited, to see whether it comes at all.
 constexpr int kGrace = 5;
@@ -73,9 +74,11 @@ Results Campaign::run() {
     if (fOptions.most.count() > 0 && since(begin) > fOptions.most) break;
     if (!play(round)) break;
     measureGrowth();
+    if (fOptions.verbose) fOut << "  " << fWindow.after.kilobytes / 1024 << " MiB" << std::endl;
     runEventLoopFor(round.calm);
   }
-  for (const Growth* growth : {&fWindow, &fRobot}) checkGrowth(*growth);
+  checkGrowth(fWindow, kWindowGrowth);
+  checkGrowth(fRobot, kRobotGrowth);
   if (!fDesktop.dialogs().isEmpty())
     fOut << "dialogs that came up: " << fDesktop.dialogs().join(", ").toStdString() << '\n';
   return fResults;
@@ -218,17 +221,17 @@ void Campaign::measureGrowth() {
 
 // What the one before has taken is known by now.
 void Campaign::robotStarted() {
-  checkGrowth(fRobot);
+  checkGrowth(fRobot, kRobotGrowth);
   fRobotRounds = 0;
   fFilm.lose();
 }
 
-void Campaign::checkGrowth(const Growth& growth) {
+void Campaign::checkGrowth(const Growth& growth, const Footprint& most) {
   fResults.growths.push_back(growth);
   const Footprint &before = growth.before, &after = growth.after;
-  if (after.kilobytes - before.kilobytes <= kGrowthKilobytes &&
-      after.descriptors - before.descriptors <= kGrowthDescriptors &&
-      after.threads - before.threads <= kGrowthThreads)
+  if (after.kilobytes - before.kilobytes <= most.kilobytes &&
+      after.descriptors - before.descriptors <= most.descriptors &&
+      after.threads - before.threads <= most.threads)
     return;
   ++fResults.broken;
   fOut << "BROKEN: seed " << fOptions.seed << ": the " << growth.program << " has grown"

@@ -53,7 +53,7 @@ class Campaign {
   void wantFilm(const Round& round);
   void measureGrowth();
   void robotStarted();
-  void checkGrowth(const Growth& growth);
+  void checkGrowth(const Growth& growth, const Footprint& most);
   std::string describe(const Round& round) const;
   void broken(const Round& round, const std::string& promise);
 
