@@ -30,7 +30,7 @@ const QString kPhotoName = "Snapshot";
 Desktop::Desktop(const Ky::KyAddress& robot) {
   QStandardPaths::setTestModeEnabled(true);
   fWindow = std::make_unique<Lookout::MainWindow>(LOOKOUT_PLUGINS, LOOKOUT_ICONS,
-                                                  Lookout::MainWindow::Layout::Standard);
+                                                  Lookout::MainWindow::Past::Ignored);
   fWindow->show();
   Lookout::RobotDock* dock = fWindow->connectTo(robot);
   if (dock == nullptr) throw std::runtime_error("there is no plug-in for robots");

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "ky/broker.h"
+#include "lookout/settings_of_test.h"
 #include "robots/robot_session.h"
 #include "support/modal_driver.h"
 #include "window/main_window.h"
@@ -41,6 +42,7 @@ class Desktop {
   std::string wrongPanel() const;
   std::string wrongRobot();
 
+  const SettingsOfTest fSettings;
   Worker fWorker;
   ModalDriver fDialogs;
   std::unique_ptr<Lookout::MainWindow> fWindow;
