@@ -56,10 +56,14 @@ Campaign::Campaign(const Options& options, std::ostream& out)
       fStage(fWorker.wait([] { return std::make_unique<Stage>(); })),
       fDesktop(fStage->address()),
       fFilm(fWorker, *fStage, fDesktop) {
+  chooseSettings();
+}
+
+void Campaign::chooseSettings() {
   fDesktop.chooseSettings();
   std::string wrong;
   if (!waitUntil([&] { return (wrong = fDesktop.wrongSettings()).empty(); }))
-    throw std::runtime_error("the settings can't be chosen, before any fault: " + wrong);
+    throw std::runtime_error("the settings can't be chosen, without any fault: " + wrong);
 }
 
 Campaign::~Campaign() {
@@ -72,7 +76,7 @@ Results Campaign::run() {
   for (int number = 1; number <= fOptions.faults; ++number) {
     Round round = draw(number);
     if (fOptions.most.count() > 0 && since(begin) > fOptions.most) break;
-    if (!play(round)) break;
+    if (!play(round)) connectAgain();
     measureGrowth();
     if (fOptions.verbose) fOut << "  " << fWindow.after.kilobytes / 1024 << " MiB" << std::endl;
     runEventLoopFor(round.calm);
@@ -82,6 +86,13 @@ Results Campaign::run() {
   if (!fDesktop.dialogs().isEmpty())
     fOut << "dialogs that came up: " << fDesktop.dialogs().join(", ").toStdString() << '\n';
   return fResults;
+}
+
+// So that the next faults can be seen, too.
+void Campaign::connectAgain() {
+  fDesktop.connectAgain();
+  chooseSettings();
+  fHeartbeat.takeLongest();
 }
 
 Campaign::Round Campaign::draw(int number) {

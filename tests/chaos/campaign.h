@@ -23,8 +23,8 @@ class Campaign {
   Campaign(const Options& options, std::ostream& out);
   ~Campaign();
 
-  // Until all faults were there or the time is up, or no picture comes any more. A line is printed
-  // for every broken promise, and with `verbose` for every fault.
+  // Until all faults were there or the time is up. A line is printed for every broken promise, and
+  // with `verbose` for every fault. Throws when nothing works any more.
   Results run();
 
  private:
@@ -44,7 +44,9 @@ class Campaign {
   };
 
   Round draw(int number);
-  bool play(Round& round);  // false: it can't go on
+  bool play(Round& round);  // false: there is no picture any more
+  void connectAgain();
+  void chooseSettings();
   void endure(Round& round);
   void actAsUser(const Round& round);
   bool waitForPicture(const Round& round, RoundResult& result);

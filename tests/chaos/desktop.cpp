@@ -11,6 +11,7 @@
 #include "ky/video_device_proxy.h"
 #include "lookout/widget_interface.h"
 #include "robots/robot_dock.h"
+#include "window/robot_area.h"
 
 namespace {
 
@@ -27,17 +28,29 @@ const QString kPhotoName = "Snapshot";
 
 }  // namespace
 
-Desktop::Desktop(const Ky::KyAddress& robot) {
+Desktop::Desktop(const Ky::KyAddress& robot) : fRobot(robot) {
   QStandardPaths::setTestModeEnabled(true);
   fWindow = std::make_unique<Lookout::MainWindow>(LOOKOUT_PLUGINS, LOOKOUT_ICONS,
                                                   Lookout::MainWindow::Past::Ignored);
   fWindow->show();
-  Lookout::RobotDock* dock = fWindow->connectTo(robot);
+  dock();
+}
+
+void Desktop::dock() {
+  Lookout::RobotDock* dock = fWindow->connectTo(fRobot);
   if (dock == nullptr) throw std::runtime_error("there is no plug-in for robots");
   fSession = &dock->session();
   fSession->setPlaying(true);
   if (!waitUntil([this] { return framesPainted() > 2; }))
-    throw std::runtime_error("the viewer shows no picture, before any fault");
+    throw std::runtime_error("a viewer that was just connected shows no picture");
+}
+
+void Desktop::connectAgain() {
+  fSession = nullptr;
+  fWindow->closeCurrentRobot();
+  if (!waitUntil([this] { return fWindow->robots().docks().empty(); }))
+    throw std::runtime_error("the robot's dock can't be closed");
+  dock();
 }
 
 void Desktop::chooseSettings() {

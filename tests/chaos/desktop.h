@@ -18,6 +18,9 @@ class Desktop {
   // Shows the robot and begins to play. Throws std::runtime_error when no picture comes.
   explicit Desktop(const Ky::KyAddress& robot);
 
+  // As a user does who has had enough: closes the robot's dock and connects anew. Throws as above.
+  void connectAgain();
+
   // Chooses resolution, frame rate and a detection.
   void chooseSettings();
   // The user does something, in vain or not, that leaves those as they are: moves a slider of the
@@ -31,7 +34,7 @@ class Desktop {
   Ky::KyValue call(const std::string& module, const std::string& method,
                    const Ky::KyValue::Array& arguments = {});
 
-  // Of all widgets that there were.
+  // Of all widgets since it connected.
   quint64 framesPainted() const;
   // Titles of dialogs that came up; each was closed at once.
   const QStringList& dialogs() const { return fDialogs.seen(); }
@@ -39,9 +42,11 @@ class Desktop {
  private:
   template <class Kind>
   Kind* find(const QString& name) const;
+  void dock();
   std::string wrongPanel() const;
   std::string wrongRobot();
 
+  const Ky::KyAddress fRobot;
   const SettingsOfTest fSettings;
   Worker fWorker;
   ModalDriver fDialogs;
