@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <csignal>
+#include <thread>
 
 #include "fault.h"
 
@@ -140,6 +141,27 @@ std::string dawdle(Stage& stage, Dice& dice, milliseconds duration) {
   return module + " by " + text(delay);
 }
 
+// A robot that is back, but not yet all there.
+std::string startHeld(Stage& stage, Dice& dice, milliseconds duration) {
+  stage.signalRobot(SIGKILL);
+  stage.startRobot();
+  return hold(stage, dice, duration);
+}
+
+// A robot that is lost again while the viewer takes it up.
+std::string loseStarted(Stage& stage, Dice& dice, milliseconds) {
+  stage.signalRobot(SIGKILL);
+  stage.startRobot();
+  const std::size_t before = stage.link().accepted();
+  const milliseconds pause(dice.number(0, 150));
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+  while (stage.link().accepted() < before + 2 && std::chrono::steady_clock::now() < end)
+    std::this_thread::sleep_for(milliseconds(1));
+  std::this_thread::sleep_for(pause);
+  stage.link().set({.damage = LinkDamage::Swallow});
+  return text(pause) + " after the connection";
+}
+
 void waitForAnswer(Stage& stage) {
   stage.waitForAnswer();
 }
@@ -163,7 +185,9 @@ const std::vector<Fault>& allFaults() {
       {"freeze", false, false, signalRobot<SIGSTOP>, thaw},
       {"kill", false, true, signalRobot<SIGKILL>, startRobot},
       {"restart", false, true, signalRobot<SIGTERM>, startRobot},
+      {"lost-start", false, true, loseStarted, heal},
       {"mute", false, false, hold, waitForAnswer},
+      {"mute-start", false, true, startHeld, waitForAnswer},
       {"slow", false, false, dawdle, waitForAnswer},
   };
   return faults;
