@@ -77,8 +77,6 @@ Results Campaign::run() {
     Round round = draw(number);
     if (fOptions.most.count() > 0 && since(begin) > fOptions.most) break;
     if (!play(round)) connectAgain();
-    measureGrowth();
-    if (fOptions.verbose) fOut << "  " << fWindow.after.kilobytes / 1024 << " MiB" << std::endl;
     runEventLoopFor(round.calm);
   }
   checkGrowth(fWindow, kWindowGrowth);
@@ -126,9 +124,11 @@ bool Campaign::play(Round& round) {
   if (result.stall > kStall * fOptions.patience)
     broken(round, "the window stood still for " + seconds(result.stall));
   fResults.rounds.push_back(result);
+  measureGrowth();
   if (fOptions.verbose)
     fOut << describe(round) << ": picture after " << seconds(result.recovery) << ", settings "
-         << seconds(result.settled) << ", stall " << seconds(result.stall) << std::endl;
+         << seconds(result.settled) << ", stall " << seconds(result.stall) << ", "
+         << fWindow.after.kilobytes / 1024 << " MiB" << std::endl;
   return goesOn;
 }
 
@@ -232,7 +232,7 @@ void Campaign::measureGrowth() {
 
 // What the one before has taken is known by now.
 void Campaign::robotStarted() {
-  checkGrowth(fRobot, kRobotGrowth);
+  if (fRobotRounds > 0) checkGrowth(fRobot, kRobotGrowth);
   fRobotRounds = 0;
   fFilm.lose();
 }
