@@ -37,7 +37,9 @@ TEST(PluginCatalog, LoadsWhatWorksAndChoosesTheOneForRobots) {
   EXPECT_TRUE(catalog.error().isEmpty());
   ASSERT_NE(catalog.forRobots(), nullptr);
   EXPECT_EQ(catalog.forRobots()->name, "working_plugin");
+  EXPECT_EQ(catalog.forRobots()->brokerName, "WorkingBroker");
   EXPECT_FALSE(find(catalog, "robotless_plugin")->interface->requiresConnection());
+  EXPECT_EQ(find(catalog, "robotless_plugin")->brokerName, "");
 }
 
 TEST(PluginCatalog, ChoosesPeriscopeOfSeveralForRobotsAndTheFirstWhereItIsNot) {

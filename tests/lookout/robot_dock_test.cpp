@@ -9,6 +9,7 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include "guests.h"
 #include "robots/lost_veil.h"
 #include "robots/robot_report.h"
 #include "support/wait.h"
@@ -78,6 +79,20 @@ TEST(RobotDock, ShowsTheFiguresOfALivePicture) {
       "[0-9.]+ kB/s$");
   EXPECT_TRUE(waitUntil([&] { return figures.match(on.line()).hasMatch(); }))
       << on.line().toStdString();
+}
+
+TEST(RobotDock, NeedsOneConnectionForAPluginThatSaysWhatBrokerItAsksFor) {
+  const TcpRobot robot;
+  const auto guests = Ky::KyModule::createModule<Guests>(robot.broker());
+  BrokerCloser closer;
+  TestPlugin maker;
+  {
+    RobotDock dock({"test", {}, {}, {}, &maker, "TestBroker"}, robot.address(), "", closer);
+    dock.session().start();
+    ASSERT_TRUE(waitUntil([&] { return dock.session().state() == State::Connected; }));
+  }
+  ASSERT_TRUE(waitUntil([&] { return guests->left > 0; }));
+  EXPECT_EQ(guests->names, QStringList{"TestBroker"});
 }
 
 TEST(RobotDock, TellsOfEachRobotItsOwnRate) {

@@ -6,6 +6,7 @@
 #include <QDialog>
 #include <QSignalSpy>
 
+#include "guests.h"
 #include "support/log_capture.h"
 #include "support/wait.h"
 #include "tcp_robot.h"
@@ -17,8 +18,9 @@ using State = RobotSession::State;
 namespace {
 
 struct Session {
-  explicit Session(std::optional<Ky::KyAddress> robot)
+  explicit Session(std::optional<Ky::KyAddress> robot, const std::string& brokerName = {})
       : session(plugin, robot, "/icons/", home, closer) {
+    if (!brokerName.empty()) session.setBrokerName(brokerName);
     session.start();
   }
   bool waitFor(State state) {
@@ -66,6 +68,52 @@ TEST(RobotSession, AnnouncesTheWidgetBeforeItSaysConnected) {
   session.start();
   ASSERT_TRUE(waitUntil([&] { return order.size() == 2; }));
   EXPECT_EQ(order, (QStringList{"widget", "connected"}));
+}
+
+TEST(RobotSession, HandsItsConnectionToAPluginThatAsksForOneOfThatName) {
+  TcpRobot robot;
+  const auto guests = Ky::KyModule::createModule<Guests>(robot.broker());
+  Session on(robot.address(), "TestBroker");
+  ASSERT_TRUE(on.waitFor(State::Connected));
+  EXPECT_GT(on.session.statistics().bytesIn, 0u);
+  on.session.close();
+  EXPECT_EQ(on.plugin.events, (QStringList{"getWidget", "deleted"}));
+  EXPECT_EQ(on.plugin.brokers[0]->connection(), Ky::KyConnection::Closed);
+  ASSERT_TRUE(waitUntil([&] { return guests->left > 0; }));
+  EXPECT_EQ(guests->names, QStringList{"TestBroker"}) << "one connection in all";
+}
+
+TEST(RobotSession, HandsItsConnectionOverAfterALossToo) {
+  TcpRobot robot;
+  Session on(robot.address(), "TestBroker");
+  ASSERT_TRUE(on.waitFor(State::Connected));
+  robot.stop();
+  ASSERT_TRUE(on.waitFor(State::Lost));
+  robot.start();
+  const auto guests = Ky::KyModule::createModule<Guests>(robot.broker());
+  ASSERT_TRUE(on.waitFor(State::Connected));
+  ASSERT_EQ(on.plugin.brokers.size(), 2u);
+  EXPECT_EQ(on.plugin.brokers[0]->connection(), Ky::KyConnection::Closed);
+  EXPECT_EQ(on.plugin.brokers[1]->connection(), Ky::KyConnection::Connected);
+  on.session.close();
+  ASSERT_TRUE(waitUntil([&] { return guests->left > 0; }));
+  EXPECT_EQ(guests->names, QStringList{"TestBroker"});
+}
+
+TEST(RobotSession, ConnectsAgainWhenAPluginFailsWithTheConnectionThatItWasHanded) {
+  TcpRobot robot;
+  QWidget home;
+  Lookout::BrokerCloser closer;
+  TestPlugin plugin;
+  plugin.failure = "no camera here";
+  RobotSession session(plugin, robot.address(), "", home, closer);
+  session.setBrokerName("TestBroker");
+  session.start();
+  ASSERT_TRUE(waitUntil([&] { return session.problem() == "no camera here"; }));
+  EXPECT_EQ(plugin.brokers.front()->connection(), Ky::KyConnection::Closed);
+  plugin.failure.clear();
+  ASSERT_TRUE(waitUntil([&] { return session.state() == State::Connected; }));
+  EXPECT_EQ(plugin.brokers.back()->connection(), Ky::KyConnection::Connected);
 }
 
 TEST(RobotSession, SaysWhyItIsStillConnecting) {

@@ -28,6 +28,7 @@ class TcpRobot {
     fAddress = fBroker->address();
   }
 
+  const boost::shared_ptr<Ky::KyBroker>& broker() const { return fBroker; }
   const Ky::KyAddress& address() const { return fAddress; }
   QString name() const { return QString::fromStdString(fAddress.toString()); }
 

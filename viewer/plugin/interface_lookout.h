@@ -13,7 +13,7 @@ class Module;
 class Interface : public QObject, public WidgetInterface {
   Q_OBJECT
   Q_INTERFACES(WidgetInterface)
-  Q_PLUGIN_METADATA(IID LOOKOUT_WIDGET_INTERFACE_IID)
+  Q_PLUGIN_METADATA(IID LOOKOUT_WIDGET_INTERFACE_IID FILE "periscope.json")
 
  public:
   // Connects to the robot, starts the subscription to its camera and builds a Widget. Every call

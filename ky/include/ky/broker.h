@@ -118,6 +118,8 @@ class KyBroker : public boost::enable_shared_from_this<KyBroker> {
   const std::string& getName() const;
   // The address listened on, with the real port; the parent's for a peer.
   KyAddress address() const;
+  // Whether it has keys: everything over its sockets is encrypted then.
+  bool isEncrypted() const;
 
   // A proxy to a module of this broker, its parent or any of the parent's peers. With `check` the
   // module must exist now, else KyError; with 0 nothing is asked and the first call tells.

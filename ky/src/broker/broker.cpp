@@ -29,6 +29,10 @@ KyAddress KyBroker::address() const {
   return fCore->address();
 }
 
+bool KyBroker::isEncrypted() const {
+  return fCore->options().keys.has_value();
+}
+
 boost::shared_ptr<KyProxy> KyBroker::getProxy(const std::string& module, int check) {
   if (check != 0 && !isModulePresent(module)) throwUnknownModule(module, "");
   return boost::make_shared<KyProxy>(shared_from_this(), module);

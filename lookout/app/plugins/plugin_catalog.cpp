@@ -22,8 +22,7 @@ QString pluginName(const QFileInfo& file) {
 }
 
 // Throws the reason as a QString.
-QObject* loadRoot(const QString& path) {
-  QPluginLoader loader(path);
+QObject* loadRoot(QPluginLoader& loader) {
   // A symbol that is missing must show now, not when it is first called.
   loader.setLoadHints(QLibrary::ResolveAllSymbolsHint | QLibrary::PreventUnloadHint);
   const QString identifier = loader.metaData().value("IID").toString();
@@ -41,9 +40,12 @@ QObject* loadRoot(const QString& path) {
 }
 
 Plugin load(const QFileInfo& file) {
-  Plugin plugin{pluginName(file), file.absoluteFilePath(), {}, {}, nullptr};
+  Plugin plugin{pluginName(file), file.absoluteFilePath(), {}, {}, nullptr, {}};
   try {
-    QObject* root = loadRoot(plugin.file);
+    QPluginLoader loader(plugin.file);
+    QObject* root = loadRoot(loader);
+    plugin.brokerName =
+        loader.metaData().value("MetaData").toObject().value("brokerName").toString();
     plugin.interface = qobject_cast<WidgetInterface*>(root);
     if (plugin.interface == nullptr)
       throw QCoreApplication::translate("PluginCatalog", "its object is not a WidgetInterface");

@@ -18,6 +18,7 @@ struct Plugin {
   QString error;           // empty when it was loaded
   QPointer<QObject> root;  // null when it was not
   WidgetInterface* interface = nullptr;
+  QString brokerName = {};  // of the broker that it asks for, as its metadata says; may be empty
 };
 
 // Loads every *.so of a folder, in the order of their names. Nothing that lies there stops the

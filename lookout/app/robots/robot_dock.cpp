@@ -28,6 +28,7 @@ RobotDock::RobotDock(const Plugin& plugin, std::optional<Ky::KyAddress> robot, c
   buildBody();
   fSession = std::make_unique<RobotSession>(*plugin.interface, std::move(robot),
                                             icons.toStdString(), *fScroll, closer);
+  if (!plugin.brokerName.isEmpty()) fSession->setBrokerName(plugin.brokerName.toStdString());
   setObjectName("robot " + name());
   updateExposed();
   connect(fSession.get(), &RobotSession::widgetMade, this, &RobotDock::showWidget);

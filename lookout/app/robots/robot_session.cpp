@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "ky/meanwhile.h"
+#include "lookout/broker_loan.h"
 #include "lookout/lookout_widget.h"
 #include "lookout/robot_broker.h"
 #include "lookout/widget_interface.h"
@@ -86,7 +87,7 @@ void RobotSession::finishClosing() {
 // ---- the connection
 
 void RobotSession::startProbe() {
-  Ky::KyBrokerOptions options = robotBrokerOptions("LookoutBroker", *fRobot);
+  Ky::KyBrokerOptions options = robotBrokerOptions(fBrokerName, *fRobot);
   options.connectLater = true;
   try {
     fProbe = Ky::KyBroker::create(std::move(options));
@@ -198,6 +199,7 @@ void RobotSession::openWidget() {
 
 QWidget* RobotSession::makeWidget(QString& why) {
   const Broker before = fPlugin.broker();
+  const BrokerLoan loan(fProbe);
   QWidget* widget = nullptr;
   const Ky::KyAddress robot = fRobot.value_or(Ky::KyAddress{"", 0});
   try {
@@ -209,7 +211,10 @@ QWidget* RobotSession::makeWidget(QString& why) {
     why = tr("the plug-in failed and did not say why");
   }
   // The plug-in's broker is the latest widget's only: each session keeps its own.
-  if (fPlugin.broker() != before) fBroker = fPlugin.broker();
+  if (loan.isTaken())
+    fBroker = std::exchange(fProbe, nullptr);
+  else if (fPlugin.broker() != before)
+    fBroker = fPlugin.broker();
   if (widget == nullptr && fBroker) {
     fBroker->shutdown();
     fBroker.reset();

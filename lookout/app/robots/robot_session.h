@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "ky/broker.h"
 #include "robots/broker_closer.h"
@@ -54,6 +55,9 @@ class RobotSession : public QObject {
   // What the next widget would begin with now.
   WidgetMemory widgetMemory() const;
 
+  // Of the broker that the plug-in is going to ask for: the connection on which the session waits
+  // for the robot is handed to it then. Before start().
+  void setBrokerName(std::string name) { fBrokerName = std::move(name); }
   // Returns at once.
   void start();
   // Deletes the widget, then ends its connection. Idempotent. While the plug-in is at work (it may
@@ -108,6 +112,7 @@ class RobotSession : public QObject {
   WidgetInterface& fPlugin;
   const std::optional<Ky::KyAddress> fRobot;
   const std::string fIcons;
+  std::string fBrokerName = "LookoutBroker";
   QWidget& fHome;
   BrokerCloser& fCloser;
 
@@ -119,7 +124,7 @@ class RobotSession : public QObject {
   quint64 fFramesBefore = 0;
   QPointer<QWidget> fWidget;
 
-  Broker fProbe;   // waits for the robot; null once the widget's own broker does
+  Broker fProbe;   // waits for the robot; null once the widget's own broker does, or is it
   Broker fBroker;  // the widget's; null when its plug-in opens none
   std::unique_ptr<ConnectionWatcher> fWatcher;  // of one of the two
   QTimer fRetry;

@@ -60,6 +60,14 @@ TEST_F(Plugin, CarriesTheInterfacesIdentifier) {
   EXPECT_EQ(fLoader.metaData().value("className").toString(), "Interface");
 }
 
+TEST_F(Plugin, SaysInItsMetadataWhatBrokerItAsksFor) {
+  ScriptedTcpRobot robot;
+  robot.addVideoDevice();
+  const auto widget = open(robot);
+  const QJsonObject own = fLoader.metaData().value("MetaData").toObject();
+  EXPECT_EQ(own.value("brokerName").toString().toStdString(), fBrokers[0]->getName());
+}
+
 TEST_F(Plugin, MakesOneObjectAndAnotherWhenThatIsDeleted) {
   using Instance = QObject* (*)();
   const auto instance =

@@ -32,8 +32,11 @@ class WidgetInterface {
 
  protected:
   // Opens a broker that is a peer of the robot's and puts it into `broker`. Blocks for at most the
-  // broker's connect time, 2 s. resourcePath is not used yet. Throws Ky::KyError, and leaves
-  // `broker` as it was, when the robot can't be reached.
+  // broker's connect time, 2 s; not at all when the host has a connection of this name already
+  // (lookout/broker_loan.h), which it has when the plug-in's metadata names the broker:
+  // Q_PLUGIN_METADATA(IID .. FILE "my.json") with { "brokerName": "MyBroker" }. resourcePath is
+  // not used yet. Throws Ky::KyError, and leaves `broker` as it was, when the robot can't be
+  // reached.
   void initBroker(boost::shared_ptr<Ky::KyBroker>& broker, const std::string& brokerName,
                   const std::string& robotIp, int robotPort, const std::string& resourcePath);
 
