@@ -142,6 +142,7 @@ boost::shared_ptr<Ky::KyBroker> listen(const Options& options) {
   broker.listen = options.listen;
   broker.keys = options.keys;
   broker.insecure = options.insecure;
+  broker.pipelining = true;
   return Ky::KyBroker::create(std::move(broker));
 }
 

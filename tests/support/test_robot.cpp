@@ -3,12 +3,13 @@
 
 #include <boost/make_shared.hpp>
 
-TestRobot::TestRobot()
+TestRobot::TestRobot(Offers offers)
     : fPlace(boost::make_shared<Ky::KyInProcess>()), fCalls(std::make_shared<CallList>()) {
   Ky::KyBrokerOptions options;
   options.name = "robot";
   options.inProcess = fPlace;
   options.listenInProcess = "robot";
+  options.pipelining = offers == Offers::Pipelining;
   fMain = Ky::KyBroker::create(std::move(options));
 }
 
@@ -41,11 +42,13 @@ void TestRobot::remove(const std::string& module) {
   fMain->unregisterModule(module);
 }
 
-boost::shared_ptr<Ky::KyBroker> TestRobot::connect(const std::string& name) {
+boost::shared_ptr<Ky::KyBroker> TestRobot::connect(const std::string& name,
+                                                   const Ky::KyPatience& patience) {
   Ky::KyBrokerOptions options;
   options.name = name;
   options.inProcess = fPlace;
   options.parentInProcess = "robot";
+  options.patience = patience;
   fDesktops.push_back(Ky::KyBroker::create(std::move(options)));
   return fDesktops.back();
 }

@@ -13,7 +13,10 @@
 // Thread-bound. Its brokers are shut down when it goes.
 class TestRobot {
  public:
-  TestRobot();
+  // What its runtime does beyond what every robot's does.
+  enum class Offers { Nothing, Pipelining };
+
+  explicit TestRobot(Offers offers = Offers::Nothing);
   ~TestRobot();
 
   // Adds a module that answers nothing yet. Desktops hear what it offers a moment later.
@@ -25,7 +28,8 @@ class TestRobot {
 
   // A broker of a desktop that is connected to this robot. The robot keeps it and shuts it down at
   // its end, unless the test did.
-  boost::shared_ptr<Ky::KyBroker> connect(const std::string& name = "PeriscopeBroker");
+  boost::shared_ptr<Ky::KyBroker> connect(const std::string& name = "PeriscopeBroker",
+                                          const Ky::KyPatience& patience = {});
 
   const boost::shared_ptr<Ky::KyBroker>& broker() const { return fMain; }
   std::vector<std::string> calls() const { return fCalls->calls(); }

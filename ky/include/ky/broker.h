@@ -78,6 +78,9 @@ struct KyBrokerOptions {
   // With a parent: the parent's public key is found under its address ("HOST:PORT").
   std::optional<std::filesystem::path> keys;
   bool insecure = false;
+  // A main broker: says that peers may send calls without waiting for the answers of those before;
+  // see ky/ahead.h.
+  bool pipelining = false;
   KyPatience patience;
   KyLimits limits;
 };
@@ -166,6 +169,7 @@ class KyBroker : public boost::enable_shared_from_this<KyBroker> {
   void shutdown();
 
  private:
+  friend class KyAhead;
   explicit KyBroker(std::unique_ptr<BrokerCore> core);
   std::unique_ptr<BrokerCore> fCore;
 };

@@ -11,6 +11,7 @@
 #include <vector>
 #include <zmq.hpp>
 
+#include "broker/calls_ahead.h"
 #include "broker/local_modules.h"
 #include "broker/offers.h"
 #include "broker/pending_calls.h"
@@ -45,6 +46,9 @@ class BrokerCore : protected IoLoop::Client {
 
   KyValue call(const std::string& module, const std::string& method, KyValue::Array arguments,
                std::chrono::milliseconds deadline);
+
+  // Null where calls can't be sent ahead.
+  virtual CallSender* sender() { return nullptr; }
 
   // After a local module came, and after one went. May throw KyError when it is refused.
   virtual void announce(const std::string& module) = 0;

@@ -227,6 +227,7 @@ void MainBroker::takeOffers(const std::string& route, const KyValue& offers) {
 Offers::Set MainBroker::allOffers() const {
   Offers::Set all = fOffers.all();
   all.merge(fLocal.offers());
+  if (fOptions.pipelining) all.insert(std::string(kBrokerModule) + "." + kPipelining);
   return all;
 }
 

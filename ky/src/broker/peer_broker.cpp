@@ -102,6 +102,13 @@ std::vector<std::string> PeerBroker::namesElsewhere() {
 
 KyValue PeerBroker::callElsewhere(const std::string& module, const std::string& method,
                                   KyValue::Array arguments, std::chrono::milliseconds deadline) {
+  KyRead call{module, method, std::move(arguments)};
+  if (auto ahead = CallsAhead::outcomeOf(*this, call)) return ahead->take();
+  return await(send(module, method, std::move(call.arguments), deadline)).take();
+}
+
+SentCall PeerBroker::send(const std::string& module, const std::string& method,
+                          KyValue::Array arguments, std::chrono::milliseconds deadline) {
   const KyConnection connection = fState.get();
   if (connection == KyConnection::Closed) throw KyError(module, method, "the broker is closed");
   if (connection != KyConnection::Connected)
@@ -111,9 +118,8 @@ KyValue PeerBroker::callElsewhere(const std::string& module, const std::string& 
   const std::int64_t id = nextId();
   Parts parts =
       encode(callMessage(id, module, method, std::move(arguments), deadline), fOptions.limits);
-  const SteadyTime start = std::chrono::steady_clock::now();
-  const SteadyTime end = start + deadline;
-  const auto pending = fPending.add(id, kParent);
+  SentCall call{
+      id, module, method, std::chrono::steady_clock::now(), deadline, fPending.add(id, kParent)};
   if (!post([this, parts = std::move(parts)] {
         if (!fConnected)
           fPending.failAll(kParent, "the connection to the robot is lost");
@@ -121,16 +127,23 @@ KyValue PeerBroker::callElsewhere(const std::string& module, const std::string& 
           zu::log::warning("ky", "send") << "dropped a call: the robot does not read";
       }))
     fPending.failAll(kParent, "the broker is closed");
-  auto outcome = pending->wait(end, [this, &module] { return module + " at " + parentName(); });
-  fPending.forget(id);
+  return call;
+}
+
+Outcome PeerBroker::await(const SentCall& call) {
+  auto outcome = call.pending->wait(call.start + call.deadline,
+                                    [this, &call] { return call.module + " at " + parentName(); });
+  fPending.forget(call.id);
   if (!outcome) {
     // Who was given less time than usual may just not have been fast enough.
-    if (deadline >= fOptions.patience.call) noteMute(module, start);
-    throw KyError(module, method, "no answer within " + std::to_string(deadline.count()) + " ms");
+    if (call.deadline >= fOptions.patience.call) noteMute(call.module, call.start);
+    return Outcome::failure(call.module, call.method,
+                            "no answer within " + std::to_string(call.deadline.count()) + " ms");
   }
   // Errors of the connection name no place of their own.
-  if (outcome->failed && outcome->module.empty()) throw KyError(module, method, outcome->text);
-  return outcome->take();
+  if (outcome->failed && outcome->module.empty())
+    return Outcome::failure(call.module, call.method, outcome->text);
+  return std::move(*outcome);
 }
 
 void PeerBroker::requireNotMute(const std::string& module, const std::string& method) const {

@@ -20,7 +20,7 @@ namespace Ky {
 // Keeps the connection: says hello, listens for signs of life, and goes on with a fresh socket when
 // the parent falls silent, so that nothing of before reaches the parent afterwards. Who comes back
 // in time, and still knows this peer's id, has only been silent; who does not is lost.
-class PeerBroker : public BrokerCore {
+class PeerBroker : public BrokerCore, private CallSender {
  public:
   explicit PeerBroker(KyBrokerOptions options);
   ~PeerBroker() override;
@@ -31,6 +31,7 @@ class PeerBroker : public BrokerCore {
   void withdraw(const std::string& module) override;
   bool isPresentElsewhere(const std::string& module) override;
   std::vector<std::string> namesElsewhere() override;
+  CallSender* sender() override { return this; }
   KyAddress address() const override;
   KyConnection connection() const override { return fState.get(); }
   std::unique_ptr<KyConnectionListener> onConnection(
@@ -47,6 +48,12 @@ class PeerBroker : public BrokerCore {
   void sayOffers() override;
 
  private:
+  SentCall send(const std::string& module, const std::string& method, KyValue::Array arguments,
+                std::chrono::milliseconds deadline) override;
+  Outcome await(const SentCall& call) override;
+  void abandon(const SentCall& call) override { fPending.forget(call.id); }
+  using BrokerCore::send;
+
   std::string parentName() const;
   void requireNotMute(const std::string& module, const std::string& method) const;
   void noteMute(const std::string& module, SteadyTime since);

@@ -16,6 +16,8 @@ constexpr int kProtocolVersion = 1;
 
 // The name under which every main broker answers calls itself.
 constexpr const char* kBrokerModule = "KyBroker";
+// What it may offer.
+constexpr const char* kPipelining = "pipelining";
 
 enum class MessageKind {
   Hello = 1,    // version, peer id, broker name, [module names], [offers]
