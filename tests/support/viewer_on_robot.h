@@ -10,7 +10,9 @@
 struct ViewerOnRobot {
   enum class Camera { Present, Missing };
 
-  explicit ViewerOnRobot(Camera camera = Camera::Present) {
+  explicit ViewerOnRobot(Camera camera = Camera::Present,
+                         TestRobot::Offers offers = TestRobot::Offers::Nothing)
+      : robot(offers) {
     if (camera == Camera::Present) device = robot.addVideoDevice();
     broker = robot.connect();
     module = Ky::KyModule::createModule<Module>(broker);

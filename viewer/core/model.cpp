@@ -36,7 +36,7 @@ Model::Model()
       fResolution(fDefaultResolution),
       fColorSpace(fDefaultColorSpace),
       fFps(fDefaultFps),
-      fCamera(0),
+      fCamera(fDefaultCamera),
       fAngles{},
       fImageMutex(Ky::KyMutexRW::createKyMutexRW()),
       fParamMutex(Ky::KyMutexRW::createKyMutexRW()),

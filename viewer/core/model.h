@@ -25,6 +25,7 @@ class Model {
   static constexpr int fDefaultResolution = 0;
   static constexpr int fDefaultColorSpace = 9;
   static constexpr int fDefaultFps = 5;
+  static constexpr int fDefaultCamera = 0;
   static constexpr int fMaxFps = 30;  // the highest frame rate offered
 
   // Bytes of the frame buffer: the largest frame, 1280 x 960 pixels of 4 bytes.

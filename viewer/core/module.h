@@ -7,6 +7,7 @@
 #include <list>
 #include <string>
 
+#include "ky/ahead.h"
 #include "ky/module.h"
 #include "ky/value.h"
 #include "ky/video_device_proxy.h"
@@ -50,6 +51,8 @@ class Module : public Ky::KyModule {
   // "picture") on (1) or off (0), or asks whether the robot has it (-1). True on success, and for
   // every unknown kind.
   bool activateDetection(const std::string& kind, int action);
+  // What asking so for every kind asks the robot.
+  static Ky::KyReads presenceReads();
   // Replaces the overlay items of one source by what `value` describes.
   void updateFromValue(const std::string& key, const Ky::KyValue& value);
   // Published: watches a key of the robot's memory. Too long a key, and one too many, are refused

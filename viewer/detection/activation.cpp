@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr const char* kLauncher = "KyLauncher";
+
 struct Kind {
   const char* word;
   const char* module;   // what is subscribed
@@ -73,6 +75,12 @@ void deactivate(const Proxy& extractor, const Kind& kind, const std::string& sub
 
 }  // namespace
 
+Ky::KyReads Module::presenceReads() {
+  Ky::KyReads reads = {Ky::KyRead::presenceOf(kLauncher)};
+  for (const Kind& kind : kKinds) reads.push_back({kLauncher, "isModulePresent", {kind.module}});
+  return reads;
+}
+
 bool Module::activateDetection(const std::string& word, int action) {
   const Kind* kind = findKind(word);
   if (kind == nullptr) return true;
@@ -87,7 +95,7 @@ bool Module::activateDetection(const std::string& word, int action) {
         deactivate(broker->getProxy(kind->module), *kind, getName(), fActiveExtractors, *fModel);
         return true;
       case -1:
-        return broker->getProxy("KyLauncher")->call<bool>("isModulePresent", kind->module);
+        return broker->getProxy(kLauncher)->call<bool>("isModulePresent", kind->module);
       default:
         throw Ky::KyError("");
     }

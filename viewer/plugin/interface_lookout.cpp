@@ -11,8 +11,10 @@
 QWidget* Interface::getWidget(QWidget* parent, const std::string& robotIp, int robotPort,
                               const std::string& resourcePath) {
   initBroker(fBroker, "PeriscopeBroker", robotIp, robotPort, resourcePath);
+  Ky::KyAhead ahead(fBroker, Widget::reads(), {Ky::KyWrite::registration()});
   const auto module = Ky::KyModule::createModule<Module>(fBroker);
   subscribe(*module, parent);
+  requireRegistered(*module, ahead);
   auto* widget = new Widget(module, QString::fromLatin1(resourcePath.c_str()),
                             QString::fromLatin1(robotIp.c_str()), parent);
   fWidget = widget;
@@ -31,6 +33,14 @@ void Interface::subscribe(Module& module, QWidget* parent) {
                          "it is running and try again",
                          QMessageBox::Ok, QMessageBox::NoButton);
   }
+}
+
+// As if the registration had been waited for.
+void Interface::requireRegistered(const Module& module, Ky::KyAhead& ahead) {
+  const auto errors = ahead.finish();
+  if (errors.empty()) return;
+  module.getParentBroker()->unregisterModule(module.getName());
+  throw errors.front();
 }
 
 namespace {

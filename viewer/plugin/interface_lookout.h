@@ -5,6 +5,7 @@
 #include <QObject>
 #include <string>
 
+#include "ky/ahead.h"
 #include "lookout/widget_interface.h"
 
 class Module;
@@ -24,4 +25,5 @@ class Interface : public QObject, public WidgetInterface {
 
  private:
   static void subscribe(Module& module, QWidget* parent);
+  static void requireRegistered(const Module& module, Ky::KyAhead& ahead);
 };

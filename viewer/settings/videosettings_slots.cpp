@@ -5,6 +5,7 @@
 
 #include "ky/video_device_proxy.h"
 #include "viewer/core/module.h"
+#include "viewer/settings/camera_reads.h"
 #include "viewer/settings/videosettings_widget.h"
 
 using enum Ky::CameraParameter;
@@ -87,6 +88,7 @@ void VideoSettingsWidget::onCameraSelect(int camera) {
   if (!module) return;
   module->setCameraParam(kActiveCamera, camera);
 
+  const CameraFollowing following(*module, fCameraModel);
   int colorSpace = 0;
   if (module->getCameraParam(kColorSpace, colorSpace)) fBlackAndWhite->setChecked(colorSpace == 0);
 

@@ -8,6 +8,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 #include <chrono>
+#include <utility>
 
 #include "ky/error.h"
 #include "ky/meanwhile.h"
@@ -15,6 +16,7 @@
 #include "viewer/acquisition/camera_thread.h"
 #include "viewer/core/module.h"
 #include "viewer/recording/videorecordersettings_widget.h"
+#include "viewer/settings/camera_reads.h"
 #include "viewer/settings/videosettings_widget.h"
 #include "viewer/view/view_image.h"
 
@@ -31,10 +33,14 @@ namespace {
 // Gives the button row all spare height of its column.
 constexpr int kRowStretch = 132;
 
+constexpr const char* kVideoDevice = "KyVideoDevice";
+constexpr const char* kPreviousImage = "previousImage";
+constexpr const char* kNextImage = "nextImage";
+
 // Whether the robot's video device can step through stored images is told by its help.
 bool videoDeviceKnows(const Module& module, const char* method) {
   try {
-    module.getParentBroker()->getProxy("KyVideoDevice")->callVoid("getMethodHelp", method);
+    module.getParentBroker()->getProxy(kVideoDevice)->callVoid("getMethodHelp", method);
     return true;
   } catch (const Ky::KyError&) {
     return false;
@@ -65,6 +71,15 @@ Widget::Widget(boost::shared_ptr<Module> module, const QString& iconPath,
   xStartCameraThread(module);
 }
 
+Ky::KyReads Widget::reads() {
+  Ky::KyReads reads = readsOfNewPanel(Model::fDefaultCamera);
+  for (Ky::KyRead& read : Module::presenceReads()) reads.push_back(std::move(read));
+  reads.push_back(Ky::KyRead::presenceOf(kVideoDevice));
+  for (const char* method : {kPreviousImage, kNextImage})
+    reads.push_back({kVideoDevice, "getMethodHelp", {method}});
+  return reads;
+}
+
 Widget::~Widget() {
   fCameraThread->exit(0);
   waitFor(*fCameraThread);
@@ -88,10 +103,9 @@ void Widget::xAddButtons(QBoxLayout* row, const boost::shared_ptr<Module>& modul
   fRecordButton = xAddButton(row, fRecordStartImg, "Record", SLOT(onVideoRecord()));
   xAddButton(row, fSnapshotImg, "Snapshot", SLOT(onTakePicture()))
       ->setEnabled(module->activateDetection("visionToolbox", -1));
-  if (videoDeviceKnows(*module, "previousImage"))
+  if (videoDeviceKnows(*module, kPreviousImage))
     xAddButton(row, fPreviousImg, "Previous", SLOT(onPreviousImage()));
-  if (videoDeviceKnows(*module, "nextImage"))
-    xAddButton(row, fNextImg, "Next", SLOT(onNextImage()));
+  if (videoDeviceKnows(*module, kNextImage)) xAddButton(row, fNextImg, "Next", SLOT(onNextImage()));
 }
 
 QPushButton* Widget::xAddButton(QBoxLayout* row, const QString& icon, const QString& toolTip,

@@ -7,6 +7,7 @@
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 
+#include "ky/ahead.h"
 #include "lookout/lookout_widget.h"
 #include "viewer/core/gc_interface.h"
 #include "viewer/view/notice.h"
@@ -36,6 +37,8 @@ class Widget : public LookoutWidget, public GCInterface {
   Widget(boost::shared_ptr<Module> module, const QString& iconPath, const QString& robotAddress,
          QWidget* parent);
   ~Widget() override;
+  // What building one asks the robot, its module included.
+  static Ky::KyReads reads();
 
   // As if Play or Pause had been pressed, and which of them was the last.
   void setPlaying(bool playing) override;

@@ -40,6 +40,10 @@ struct KyWrite {
   std::string method;
   // Which read a call with these arguments changes the answer of; may be empty.
   std::function<KyRead(const KyValue::Array& arguments)> changes = {};
+
+  // What a module's registration is: KyModule::createModule() then returns before it is known
+  // whether the robot takes the name.
+  static KyWrite registration();
 };
 using KyWrites = std::vector<KyWrite>;
 

@@ -11,6 +11,10 @@ KyRead KyRead::presenceOf(const std::string& module) {
   return {kBrokerModule, "isModulePresent", {module}};
 }
 
+KyWrite KyWrite::registration() {
+  return {kBrokerModule, "registerModule"};
+}
+
 KyAhead::KyAhead(const boost::shared_ptr<KyBroker>& broker, const KyReads& reads, KyWrites writes)
     : fBroker(broker) {
   CallSender* sender = fBroker->fCore->sender();

@@ -9,6 +9,7 @@
 #include <QLibrary>
 #include <QPluginLoader>
 #include <QPushButton>
+#include <QSlider>
 #include <QTimer>
 #include <algorithm>
 #include <atomic>
@@ -162,6 +163,69 @@ TEST_F(Plugin, SubscribesToTheCameraBeforeItBuildsTheWidget) {
   EXPECT_EQ(calls.front(), "KyVideoDevice.subscribe(\"\", 0, 9, 5)");
 }
 
+using Calls = std::set<std::string>;
+
+Calls asSet(const std::vector<std::string>& calls) {
+  return {calls.begin(), calls.end()};
+}
+
+// A robot that has all that a viewer asks for when it is opened.
+boost::shared_ptr<ScriptedModule> addAll(ScriptedTcpRobot& robot, int cameraModel) {
+  const auto device = robot.addVideoDevice();
+  device->answer("getCameraModelID", cameraModel);
+  robot.add("KyLauncher")->answer("isModulePresent", true);
+  return device;
+}
+
+TEST_F(Plugin, AsksARobotThatOffersItForEverythingBeforeItWaitsForTheSubscription) {
+  const std::string subscription = "KyVideoDevice.subscribe(\"\", 0, 9, 5)";
+  Calls plainly;
+  for (const int model : {1, 2}) {
+    ScriptedTcpRobot robot;
+    addAll(robot, model);
+    open(robot);
+    const auto calls = robot.calls->take();
+    EXPECT_EQ(calls.front(), subscription);
+    plainly.insert(calls.begin(), calls.end());
+  }
+  for (const int model : {1, 2}) {
+    ScriptedTcpRobot robot(ScriptedTcpRobot::Offers::Pipelining);
+    // Of both models, since it is not known yet which one it is.
+    bool isComplete = false;
+    addAll(robot, model)->answer("subscribe", [&](const Ky::KyValue::Array&) {
+      isComplete = waitUntil([&] { return asSet(robot.calls->calls()) == plainly; });
+      return Ky::KyValue("viewer_1");
+    });
+    open(robot);
+    EXPECT_TRUE(isComplete) << model;
+    const auto calls = robot.calls->take();
+    EXPECT_EQ(calls.size(), plainly.size()) << "each once, and nothing afterwards";
+  }
+}
+
+TEST_F(Plugin, WaitsForNoAnswerBeforeItHasAskedAnotherModuleToo) {
+  ScriptedTcpRobot robot(ScriptedTcpRobot::Offers::Pipelining);
+  std::atomic<bool> deviceAsked = false;
+  std::atomic<bool> launcherAsked = false;
+  std::atomic<bool> inVain = false;
+  robot.addVideoDevice()->answer("getCameraModelID", [&](const Ky::KyValue::Array&) {
+    deviceAsked = true;
+    if (!waitUntil([&] { return launcherAsked.load(); })) inVain = true;
+    return Ky::KyValue(2);
+  });
+  robot.add("KyLauncher")->answer("isModulePresent", [&](const Ky::KyValue::Array&) {
+    launcherAsked = true;
+    if (!waitUntil([&] { return deviceAsked.load(); })) inVain = true;
+    return Ky::KyValue(true);
+  });
+  const auto widget = open(robot);
+  EXPECT_FALSE(inVain);
+  bool hasGainOfModelTwo = false;
+  for (const QSlider* slider : widget->findChildren<QSlider*>())
+    hasGainOfModelTwo |= slider->accessibleName() == "Gain";
+  EXPECT_TRUE(hasGainOfModelTwo);
+}
+
 TEST_F(Plugin, TellsTheWidgetOfEachPicture) {
   std::atomic<int> second = 0;
   ScriptedTcpRobot robot;
@@ -227,6 +291,24 @@ TEST_F(Plugin, LetsTheHostSeeThatARobotCannotBeReached) {
   EXPECT_THROW(plugin()->getWidget(nullptr, "127.0.0.1", port, PERISCOPE_ICONS), Ky::KyError);
   EXPECT_EQ(plugin()->broker(), nullptr);
   EXPECT_EQ(plugin()->widget(), nullptr);
+}
+
+TEST_F(Plugin, IsNoViewerOfARobotThatHasAModuleOfItsName) {
+  for (const auto offers :
+       {ScriptedTcpRobot::Offers::Nothing, ScriptedTcpRobot::Offers::Pipelining}) {
+    ScriptedTcpRobot robot(offers);
+    robot.addVideoDevice();
+    robot.add("Periscope")->answer("whose", "the robot's");
+    std::string why;
+    try {
+      open(robot);
+    } catch (const Ky::KyError& error) {
+      why = error.what();
+    }
+    EXPECT_EQ(why, "the robot has a module of this name of its own");
+    fBrokers.push_back(plugin()->broker());
+    EXPECT_EQ(fBrokers.back()->call("Periscope", "whose", {}).asString(), "the robot's");
+  }
 }
 
 TEST_F(Plugin, MakesAModuleForEachOfTwoRobots) {

@@ -10,9 +10,12 @@
 
 // Thread-bound. Its broker is shut down when it goes.
 struct ScriptedTcpRobot {
-  ScriptedTcpRobot() {
+  enum class Offers { Nothing, Pipelining };
+
+  explicit ScriptedTcpRobot(Offers offers = Offers::Nothing) {
     Ky::KyBrokerOptions options;
     options.name = "robot";
+    options.pipelining = offers == Offers::Pipelining;
     options.listen = Ky::KyAddress{"127.0.0.1", 0};
     broker = Ky::KyBroker::create(std::move(options));
   }

@@ -15,7 +15,8 @@ using Lines = std::vector<std::string>;
 // Thread-bound but for the camera, which answers on the robot's call thread.
 class CameraRobot : public ViewerOnRobot {
  public:
-  explicit CameraRobot(int cameraModel = 1) {
+  explicit CameraRobot(int cameraModel = 1, TestRobot::Offers offers = TestRobot::Offers::Nothing)
+      : ViewerOnRobot(Camera::Present, offers) {
     device->answer("getCameraModelID", cameraModel);
     device->answer("getParam", [this](const Ky::KyValue::Array& arguments) {
       const std::lock_guard guard(fMutex);
