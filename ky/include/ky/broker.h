@@ -99,6 +99,10 @@ struct KyStatistics {
   std::uint64_t bytesIn = 0;
   std::uint64_t bytesOut = 0;
   std::chrono::microseconds roundTrip{0};  // the last heartbeat's; 0 before the first
+  // Calls to the parent that ended without an answer: too late, or while it was not connected or
+  // the module mute.
+  std::uint64_t unanswered = 0;
+  int mute = 0;  // modules of the parent's that are mute now, see KyBroker::call()
 };
 
 // Stops listening when destroyed; after that the callback is not running.

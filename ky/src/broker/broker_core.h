@@ -42,7 +42,7 @@ class BrokerCore : protected IoLoop::Client {
   LocalModules& localModules() { return fLocal; }
   // "MODULE.WHAT", of any module in reach.
   bool offers(const std::string& offer) const;
-  KyStatistics statistics() const;
+  virtual KyStatistics statistics() const;
 
   KyValue call(const std::string& module, const std::string& method, KyValue::Array arguments,
                std::chrono::milliseconds deadline);

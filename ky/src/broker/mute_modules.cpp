@@ -13,6 +13,11 @@ void MuteModules::remove(const std::string& module) {
   fModules.erase(module);
 }
 
+int MuteModules::count() const {
+  const zu::MutexLock guard(fMutex);
+  return static_cast<int>(fModules.size());
+}
+
 void MuteModules::clear() {
   const zu::MutexLock guard(fMutex);
   fModules.clear();

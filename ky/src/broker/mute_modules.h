@@ -22,6 +22,7 @@ class MuteModules {
   // It has answered.
   void remove(const std::string& module);
   void clear();
+  int count() const;
   // Nothing when it is not mute.
   std::optional<Time> since(const std::string& module) const;
 

@@ -107,13 +107,22 @@ KyValue PeerBroker::callElsewhere(const std::string& module, const std::string& 
   return await(send(module, method, std::move(call.arguments), deadline)).take();
 }
 
+KyStatistics PeerBroker::statistics() const {
+  KyStatistics statistics = BrokerCore::statistics();
+  statistics.unanswered = fUnanswered;
+  statistics.mute = fMute.count();
+  return statistics;
+}
+
 SentCall PeerBroker::send(const std::string& module, const std::string& method,
                           KyValue::Array arguments, std::chrono::milliseconds deadline) {
   const KyConnection connection = fState.get();
   if (connection == KyConnection::Closed) throw KyError(module, method, "the broker is closed");
-  if (connection != KyConnection::Connected)
+  if (connection != KyConnection::Connected) {
+    ++fUnanswered;
     throw KyError(module, method,
                   "no connection to the robot at " + parentName() + ": " + fState.why());
+  }
   requireNotMute(module, method);
   const std::int64_t id = nextId();
   Parts parts =
@@ -134,6 +143,7 @@ Outcome PeerBroker::await(const SentCall& call) {
   auto outcome = call.pending->wait(call.start + call.deadline,
                                     [this, &call] { return call.module + " at " + parentName(); });
   fPending.forget(call.id);
+  if (!outcome || (outcome->failed && outcome->module.empty())) ++fUnanswered;
   if (!outcome) {
     // Who was given less time than usual may just not have been fast enough.
     if (call.deadline >= fOptions.patience.call) noteMute(call.module, call.start);
@@ -146,9 +156,10 @@ Outcome PeerBroker::await(const SentCall& call) {
   return std::move(*outcome);
 }
 
-void PeerBroker::requireNotMute(const std::string& module, const std::string& method) const {
+void PeerBroker::requireNotMute(const std::string& module, const std::string& method) {
   const auto since = fMute.since(module);
   if (!since) return;
+  ++fUnanswered;
   const auto silence = std::chrono::steady_clock::now() - *since;
   throw KyError(
       module, method,

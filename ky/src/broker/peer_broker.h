@@ -32,6 +32,7 @@ class PeerBroker : public BrokerCore, private CallSender {
   bool isPresentElsewhere(const std::string& module) override;
   std::vector<std::string> namesElsewhere() override;
   CallSender* sender() override { return this; }
+  KyStatistics statistics() const override;
   KyAddress address() const override;
   KyConnection connection() const override { return fState.get(); }
   std::unique_ptr<KyConnectionListener> onConnection(
@@ -55,7 +56,7 @@ class PeerBroker : public BrokerCore, private CallSender {
   using BrokerCore::send;
 
   std::string parentName() const;
-  void requireNotMute(const std::string& module, const std::string& method) const;
+  void requireNotMute(const std::string& module, const std::string& method);
   void noteMute(const std::string& module, SteadyTime since);
   void loadKeys();
 
@@ -80,6 +81,7 @@ class PeerBroker : public BrokerCore, private CallSender {
   std::string fParentKey;
   ConnectionState fState;
   MuteModules fMute;
+  std::atomic<std::uint64_t> fUnanswered{0};
   std::map<std::int64_t, std::string>
       fProbes;              // asked whether they answer again, by call; io thread
   Offers::Set fOffersSaid;  // to the parent; io thread

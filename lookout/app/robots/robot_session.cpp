@@ -39,6 +39,7 @@ RobotSession::RobotSession(WidgetInterface& plugin, std::optional<Ky::KyAddress>
   connect(&fRetry, &QTimer::timeout, this, &RobotSession::retry);
   fProbeCheck.setInterval(kProbeCheckMs);
   connect(&fProbeCheck, &QTimer::timeout, this, &RobotSession::showProbeProblem);
+  connect(&fGaps, &GapWatch::answering, this, &RobotSession::makeAgain);
 }
 
 RobotSession::~RobotSession() {
@@ -147,9 +148,10 @@ void RobotSession::goOn() {
 void RobotSession::lose(const QString& why) {
   if (LookoutWidget* widget = lookoutWidget()) {
     if (fState == State::Connected) fPlaying = widget->isPlaying();
-    fWidgetState = widget->saveState();
+    rememberState(*widget);
     emit widget->disconnected(&fPlugin);
   }
+  fGaps.stop();
   setState(State::Lost, why);
   if (!fBroker) return;
   fWatcher.reset();
@@ -200,6 +202,7 @@ void RobotSession::openWidget() {
 QWidget* RobotSession::makeWidget(QString& why) {
   const Broker before = fPlugin.broker();
   const BrokerLoan loan(fProbe);
+  fGaps.begin(fProbe);
   QWidget* widget = nullptr;
   const Ky::KyAddress robot = fRobot.value_or(Ky::KyAddress{"", 0});
   try {
@@ -245,10 +248,20 @@ void RobotSession::takeUp(LookoutWidget& widget) {
   if (!fWidgetState.isEmpty() && !widget.restoreState(fWidgetState))
     zu::log::warning("lookout", "session")
         << fRobot->toString() << ": the widget can't take up what was set before";
+  fTakenUp = widget.saveState();
+  fGaps.end(fBroker);
   if (fPlaying) widget.setPlaying(true);
 }
 
+// A widget that lacks answers may not have been able to take up everything: it passes on what it
+// was given, unless somebody has changed something since.
+void RobotSession::rememberState(const LookoutWidget& widget) {
+  const QByteArray now = widget.saveState();
+  if (!fGaps.hasGaps() || now != fTakenUp) fWidgetState = now;
+}
+
 void RobotSession::removeWidget() {
+  fGaps.stop();
   fFramesBefore = framesPainted();
   delete fWidget.data();
   if (!fBroker) return;
@@ -273,6 +286,19 @@ void RobotSession::retry() {
     startProbe();
   else if (!fRobot || fWatcher->connection() == Ky::KyConnection::Connected)
     openWidget();
+}
+
+// Cut off first, the old widget can't end its film.
+void RobotSession::makeAgain() {
+  const bool isBusy = fMaking || pluginAtWork || Ky::KyMeanwhile::isAtWork();
+  if (fState != State::Connected || isBusy || !fWidget || hasOpenDialog(*fWidget)) return;
+  if (const LookoutWidget* widget = lookoutWidget()) {
+    fPlaying = widget->isPlaying();
+    rememberState(*widget);
+  }
+  fWatcher.reset();
+  fBroker->disconnect();
+  openWidget();
 }
 
 // ---- what is known

@@ -14,6 +14,7 @@
 #include "ky/broker.h"
 #include "robots/broker_closer.h"
 #include "robots/connection_watcher.h"
+#include "robots/gap_watch.h"
 #include "robots/robot_memory.h"
 
 class LookoutWidget;
@@ -104,6 +105,8 @@ class RobotSession : public QObject {
   void removeWidget();
   void fail(const QString& why);
   void retry();
+  void makeAgain();
+  void rememberState(const LookoutWidget& widget);
   void finishClosing();
   void showProbeProblem();
   void setState(State state, const QString& problem);
@@ -120,7 +123,9 @@ class RobotSession : public QObject {
   QString fProblem;
   bool fPlaying = false;
   QByteArray fWidgetState;  // of the widget before; see LookoutWidget::saveState()
-  bool fMaking = false;     // the plug-in is at work
+  QByteArray fTakenUp;      // what this one made of it
+  GapWatch fGaps;
+  bool fMaking = false;  // the plug-in is at work
   quint64 fFramesBefore = 0;
   QPointer<QWidget> fWidget;
 
