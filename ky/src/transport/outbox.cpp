@@ -14,7 +14,7 @@ constexpr std::size_t kMostWaiting = 64;
 
 bool Outbox::add(Parts message, Time now) {
   const std::size_t bytes = message.bytes();
-  if (bytes <= kSmall) return fSend(message);
+  if (bytes <= kSmall || !fIsPaced) return fSend(message);
   if (fWaiting.size() >= kMostWaiting) return false;
   fWaitingBytes += bytes;
   fWaiting.push_back({std::move(message), {}});

@@ -27,12 +27,15 @@ class Outbox {
   // Makes a large message when its turn has come; nothing when there is nothing to send any more.
   using Make = std::function<std::optional<Parts>()>;
 
-  // Whether a message of this kind and size is acknowledged.
+  // Whether a message of this kind and size is acknowledged. Those that begin a connection never
+  // are: they don't go through here.
   static bool counts(MessageKind kind, std::size_t bytes) {
+    if (kind == MessageKind::Hello || kind == MessageKind::Welcome) return false;
     return kind == MessageKind::Piece || bytes > kSmall;
   }
 
-  explicit Outbox(Send send) : fSend(std::move(send)) {}
+  // `isPaced`: false for another end that acknowledges nothing; then everything goes at once.
+  explicit Outbox(Send send, bool isPaced = true) : fSend(std::move(send)), fIsPaced(isPaced) {}
 
   // False when it was dropped: the socket can't take a small one, or too many large ones wait.
   bool add(Parts message, Time now);
@@ -57,6 +60,7 @@ class Outbox {
   bool sendSome(Time now);
 
   const Send fSend;
+  const bool fIsPaced;
   Pace fPace;
   std::deque<Waiting> fWaiting;
   std::size_t fWaitingBytes = 0;

@@ -12,7 +12,9 @@
 
 namespace Ky {
 
-constexpr int kProtocolVersion = 1;
+constexpr int kProtocolVersion = 2;
+// Of peers that know whole messages only: no pieces, streams or offers.
+constexpr int kSimpleVersion = 1;
 
 // The name under which every main broker answers calls itself.
 constexpr const char* kBrokerModule = "KyBroker";
