@@ -100,8 +100,9 @@ Message offersMessage(KyValue offers) {
   return {MessageKind::Offers, {std::move(offers)}};
 }
 
+// As a value of its own: compilers don't agree on what an array in braces is.
 Message pieceMessage(KyValue::Array sizes) {
-  return {MessageKind::Piece, {std::move(sizes)}};
+  return {MessageKind::Piece, {KyValue(std::move(sizes))}};
 }
 
 Message receivedMessage(std::uint64_t bytes) {
