@@ -135,6 +135,32 @@ TEST_F(PictureDecoderTest, RefusesPacketsThatAreTooLarge) {
   EXPECT_EQ(decode(decoder, key()), pictureOfKey());
 }
 
+#ifndef PERISCOPE_SANITIZED  // sanitizers have their own ways with memory
+// The most that this process has ever mapped.
+long mappedKilobytes() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);)
+    if (line.rfind("VmPeak:", 0) == 0) return std::stol(line.substr(7));
+  throw std::runtime_error("the system does not tell how much is mapped");
+}
+
+TEST_F(PictureDecoderTest, TakesNoMemoryForAPictureThatIsTooLarge) {
+  // The headers and the beginning of a picture of 4096 x 4096, which would take 32 MB.
+  std::vector<std::uint8_t> packet = {0x00, 0x00, 0x00, 0x01, 0x67, 0x7a, 0x00, 0x3c, 0xbc, 0xb4,
+                                      0x00, 0x80, 0x00, 0x40, 0x36, 0x02, 0x20, 0x00, 0x00, 0x03,
+                                      0x00, 0x20, 0x00, 0x00, 0x06, 0x51, 0xe1, 0x00, 0x85, 0x40,
+                                      0x00, 0x00, 0x00, 0x01, 0x68, 0xce, 0x0f, 0xc8, 0x00, 0x00,
+                                      0x01, 0x65, 0x88, 0x84, 0x3a, 0x26, 0x28, 0x0c};
+  packet.resize(200, 0x9c);
+  PictureDecoder decoder;
+  decode(decoder, key());
+  const long before = mappedKilobytes();
+  EXPECT_NE(errorOf(decoder, KyBinary(std::move(packet))), "");
+  EXPECT_LT(mappedKilobytes() - before, 16000);
+  EXPECT_EQ(decode(decoder, key()), pictureOfKey());
+}
+#endif
+
 TEST_F(PictureDecoderTest, RefusesAnotherSizeThanItIsTold) {
   PictureDecoder decoder;
   EXPECT_TRUE(saysThat(errorOf(decoder, key(), 320, 240),
