@@ -92,10 +92,10 @@ PictureDecoder::PictureDecoder()
 
 PictureDecoder::~PictureDecoder() = default;
 
-// A new decoder: nothing is left of what a peer may have told the old one.
+// A new decoder, which shows nothing before a key frame. Nothing is left of what a peer may have
+// told the old one.
 void PictureDecoder::reset() {
   fContext.reset(openDecoder());
-  fNeedsKey = true;
 }
 
 KyBinary PictureDecoder::decode(const KyBinary& packet, int width, int height, int colorSpace) {
@@ -104,7 +104,6 @@ KyBinary PictureDecoder::decode(const KyBinary& packet, int width, int height, i
     send(packet);
     receive();
     requireExpected(width, height, colorSpace);
-    fNeedsKey = false;
     return interleaved(*fFrame, colorSpace);
   } catch (const KyError&) {
     reset();
@@ -127,7 +126,6 @@ void PictureDecoder::receive() {
   if (result < 0) refuse("a video packet is damaged (" + reasonOf(result) + ")");
   if (fFrame->decode_error_flags != 0 || (fFrame->flags & AV_FRAME_FLAG_CORRUPT) != 0)
     refuse("a video packet is damaged (parts of its picture are missing)");
-  if (fNeedsKey && !fFrame->key_frame) refuse("the pictures before a video packet's are missing");
 }
 
 void PictureDecoder::requireExpected(int width, int height, int colorSpace) const {

@@ -43,7 +43,6 @@ class PictureDecoder {
   std::unique_ptr<AVCodecContext, Free> fContext;
   std::unique_ptr<AVFrame, Free> fFrame;
   std::unique_ptr<AVPacket, Free> fPacket;
-  bool fNeedsKey = true;
 };
 
 }  // namespace Ky

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <random>
 
@@ -65,6 +66,18 @@ TEST_F(PictureDecoderTest, BeginsWithAKeyFrameOnly) {
   EXPECT_NE(errorOf(decoder, fPackets[2]), "");
   EXPECT_EQ(decode(decoder, key()), pictureOfKey());
   EXPECT_EQ(decode(decoder, fPackets[4]), fPictures[4]);
+}
+
+TEST_F(PictureDecoderTest, TakesNoPictureForAKeyFrameThatOnlyBringsItsHeaders) {
+  const std::vector<std::uint8_t> key(fPackets[0].data(), fPackets[0].data() + fPackets[0].size());
+  const std::vector<std::uint8_t> startOfSlice = {0, 0, 1, 0x65};
+  std::vector<std::uint8_t> bytes(
+      key.begin(), std::search(key.begin(), key.end(), startOfSlice.begin(), startOfSlice.end()));
+  ASSERT_LT(bytes.size(), key.size());
+  bytes.insert(bytes.end(), fPackets[1].data(), fPackets[1].data() + fPackets[1].size());
+  PictureDecoder decoder;
+  EXPECT_NE(errorOf(decoder, KyBinary(std::move(bytes))), "");
+  EXPECT_NE(errorOf(decoder, fPackets[2]), "");
 }
 
 TEST_F(PictureDecoderTest, WaitsForAKeyFrameAfterReset) {
