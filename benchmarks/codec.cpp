@@ -33,6 +33,7 @@ std::vector<cv::Mat> read(const char* path) {
 std::vector<Ky::KyBinary> recordsOf(const std::vector<cv::Mat>& pictures,
                                     const robot::ImageFormat& format) {
   std::vector<Ky::KyBinary> records;
+  records.reserve(pictures.size());
   for (const cv::Mat& picture : pictures)
     records.push_back(robot::Frame(picture, 0, 0).pixels(format));
   return records;
