@@ -40,7 +40,7 @@ void Interface::requireRegistered(const Module& module, Ky::KyAhead& ahead) {
   const auto errors = ahead.finish();
   if (errors.empty()) return;
   module.getParentBroker()->unregisterModule(module.getName());
-  throw errors.front();
+  throw Ky::KyError(errors.front());
 }
 
 namespace {

@@ -44,8 +44,10 @@ std::vector<std::string> LocalModules::names() const {
 Offers::Set LocalModules::offers() const {
   const zu::MutexLock guard(fMutex);
   Offers::Set offers;
-  for (const auto& [name, entry] : fEntries)
-    for (const std::string& what : entry->module->offered()) offers.insert(name + "." + what);
+  for (const auto& [name, entry] : fEntries) {
+    for (const std::string& what : entry->module->offered())
+      offers.insert(std::string(name).append(".").append(what));
+  }
   return offers;
 }
 

@@ -43,7 +43,7 @@ void PictureReceiver::open() {
   fArrived = Clock::now();
 }
 
-void PictureReceiver::take(KyValue item) {
+void PictureReceiver::take(const KyValue& item) {
   fArrived = Clock::now();
   const std::string& kind = item[0].asString();
   fError = kind == "error" ? item[1].asString() : std::string();
@@ -52,14 +52,14 @@ void PictureReceiver::take(KyValue item) {
 
 KyValue PictureReceiver::newest(const WantedPicture& wanted) {
   if (!fStream || !fStream->ended().empty()) open();
-  while (auto item = fStream->next(std::chrono::milliseconds(0))) take(std::move(item->value));
+  while (auto item = fStream->next(std::chrono::milliseconds(0))) take(item->value);
   const auto end = Clock::now() + kPatience;
   while (fError.empty()) {
     const auto now = Clock::now();
     if (!fRecord.isNothing() && (now >= wanted.until || isAsWanted(fRecord, wanted))) break;
     const auto left = (fRecord.isNothing() ? end : wanted.until) - now;
     auto item = fStream->next(std::chrono::ceil<std::chrono::milliseconds>(left));
-    if (item) take(std::move(item->value));
+    if (item) take(item->value);
     if (!item && fRecord.isNothing()) break;
   }
   if (!fError.empty()) throw KyError(kModule, kMethod, fError);

@@ -34,7 +34,7 @@ class PictureReceiver {
 
  private:
   void open();
-  void take(KyValue item);
+  void take(const KyValue& item);
 
   const boost::shared_ptr<KyBroker> fBroker;
   const std::string fName;
