@@ -65,6 +65,16 @@ TEST_F(GapsTest, WhatTheUserSetMeanwhileCounts) {
   EXPECT_EQ(plugin.latest()->state, "by the user");
 }
 
+TEST_F(GapsTest, WhatItCouldNotTakeUpIsStillRemembered) {
+  session.beginWith({"all that was set", false});
+  plugin.takesUp = "what it could";
+  plugin.whileMaking = [this] { ask(); };
+  session.start();
+  ASSERT_TRUE(waitUntil([&] { return session.state() == State::Connected; }));
+  EXPECT_EQ(plugin.latest()->state, "what it could");
+  EXPECT_EQ(session.widgetMemory().state, "all that was set");
+}
+
 TEST_F(GapsTest, AWidgetThatGotAllItsAnswersStays) {
   plugin.whileMaking = [this] { EXPECT_FALSE(plugin.brokers.back()->moduleNames().empty()); };
   session.start();

@@ -27,7 +27,7 @@ class TestWidget : public LookoutWidget {
   bool isPlaying() const override { return fPlaying; }
   QByteArray saveState() const override { return state; }
   bool restoreState(const QByteArray& saved) override {
-    state = fPlaying ? "given to one that plays already" : saved;
+    state = fPlaying ? "given to one that plays already" : takesUp.isEmpty() ? saved : takesUp;
     return true;
   }
   quint64 framesPainted() const override { return frames; }
@@ -54,6 +54,7 @@ class TestWidget : public LookoutWidget {
 
   quint64 frames = 0;
   QByteArray state;
+  QByteArray takesUp;  // of any state; empty: all
   std::optional<std::chrono::steady_clock::time_point> painted;
   QString problem;
   QWidget* area = nullptr;
@@ -77,8 +78,11 @@ class TestPlugin : public WidgetInterface {
     if (whileMaking) whileMaking();
     if (!failure.isEmpty()) throw Ky::KyError(failure.toStdString());
     if (throwsNumber) throw 42;
-    fWidget = makesNothing ? nullptr : new TestWidget(fBroker, events, parent);
-    return fWidget;
+    fWidget = nullptr;
+    if (makesNothing) return nullptr;
+    auto* made = new TestWidget(fBroker, events, parent);
+    made->takesUp = takesUp;
+    return fWidget = made;
   }
   TestWidget* latest() const { return static_cast<TestWidget*>(widget()); }
 
@@ -86,6 +90,7 @@ class TestPlugin : public WidgetInterface {
   bool throwsNumber = false;
   bool makesNothing = false;
   bool opensBroker = true;
+  QByteArray takesUp;  // see TestWidget
   std::function<void()> whileMaking;
 
   QStringList events;

@@ -57,7 +57,7 @@ WidgetMemory RobotSession::widgetMemory() const {
   const LookoutWidget* widget = lookoutWidget();
   const bool isAlive = fState == State::Connected || fState == State::Silent;
   if (widget == nullptr || !isAlive) return {fWidgetState, fPlaying};
-  return {widget->saveState(), fState == State::Connected ? widget->isPlaying() : fPlaying};
+  return {stateFrom(*widget), fState == State::Connected ? widget->isPlaying() : fPlaying};
 }
 
 void RobotSession::start() {
@@ -148,7 +148,7 @@ void RobotSession::goOn() {
 void RobotSession::lose(const QString& why) {
   if (LookoutWidget* widget = lookoutWidget()) {
     if (fState == State::Connected) fPlaying = widget->isPlaying();
-    rememberState(*widget);
+    fWidgetState = stateFrom(*widget);
     emit widget->disconnected(&fPlugin);
   }
   fGaps.stop();
@@ -255,9 +255,9 @@ void RobotSession::takeUp(LookoutWidget& widget) {
 
 // A widget that lacks answers may not have been able to take up everything: it passes on what it
 // was given, unless somebody has changed something since.
-void RobotSession::rememberState(const LookoutWidget& widget) {
+QByteArray RobotSession::stateFrom(const LookoutWidget& widget) const {
   const QByteArray now = widget.saveState();
-  if (!fGaps.hasGaps() || now != fTakenUp) fWidgetState = now;
+  return fGaps.hasGaps() && now == fTakenUp ? fWidgetState : now;
 }
 
 void RobotSession::removeWidget() {
@@ -294,7 +294,7 @@ void RobotSession::makeAgain() {
   if (fState != State::Connected || isBusy || !fWidget || hasOpenDialog(*fWidget)) return;
   if (const LookoutWidget* widget = lookoutWidget()) {
     fPlaying = widget->isPlaying();
-    rememberState(*widget);
+    fWidgetState = stateFrom(*widget);
   }
   fWatcher.reset();
   fBroker->disconnect();

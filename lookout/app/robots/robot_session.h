@@ -106,7 +106,7 @@ class RobotSession : public QObject {
   void fail(const QString& why);
   void retry();
   void makeAgain();
-  void rememberState(const LookoutWidget& widget);
+  QByteArray stateFrom(const LookoutWidget& widget) const;
   void finishClosing();
   void showProbeProblem();
   void setState(State state, const QString& problem);
