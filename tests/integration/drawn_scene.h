@@ -95,6 +95,7 @@ class DrawnScene {
   std::string robotsLog() { return fRobot.process().errors(); }
 
  private:
+  static constexpr int kMostTries = 100;
   using Items = std::map<std::string, displayObject>;
   using Sources = std::map<std::string, displayObjectManager>;
 
@@ -106,19 +107,26 @@ class DrawnScene {
 
   // What is painted while there is nothing else to be drawn.
   QImage paintedWith(const std::string& key, const Items& items) {
+    const std::string name = "drawn " + key;  // which the robot's memory does not hold
     Sources sources;
     {
       const Ky::KyCriticalSection lock(model().fObjectsMutex);
       sources = model().fObjects;
-      model().fObjects.clear();
-      // Under a name that the camera thread's polls don't know: they leave it alone.
-      model().fObjects["drawn " + key] = {boost::make_shared<Ky::KyMutex>(), items};
     }
-    const QImage painted =
-        fWidget->findChild<ViewImage*>()->grab(QRect(160, 120, 320, 240)).toImage();
+    QImage painted;
+    bool isWhole = false;
+    for (int i = 0; i < kMostTries && !isWhole; ++i) {
+      putObjects({{name, {boost::make_shared<Ky::KyMutex>(), items}}});
+      painted = fWidget->findChild<ViewImage*>()->grab(QRect(160, 120, 320, 240)).toImage();
+      // A poll of the camera thread that saw the name has found nothing under it in the memory.
+      isWhole = itemsOf(name).size() == items.size();
+    }
+    putObjects(sources);
+    return painted;
+  }
+  void putObjects(const Sources& sources) {
     const Ky::KyCriticalSection lock(model().fObjectsMutex);
     model().fObjects = sources;
-    return painted;
   }
 
   // Where the picture differs with the figure and without.

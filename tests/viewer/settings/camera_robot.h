@@ -3,6 +3,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <mutex>
 #include <set>
 #include <string>
@@ -18,27 +19,27 @@ class CameraRobot : public ViewerOnRobot {
   explicit CameraRobot(int cameraModel = 1, TestRobot::Offers offers = TestRobot::Offers::Nothing)
       : ViewerOnRobot(Camera::Present, offers) {
     device->answer("getCameraModelID", cameraModel);
-    device->answer("getParam", [this](const Ky::KyValue::Array& arguments) {
-      const std::lock_guard guard(fMutex);
+    device->answer("getParam", [of = fParameters](const Ky::KyValue::Array& arguments) {
+      const std::lock_guard guard(of->mutex);
       const int id = arguments.at(0).asInt();
-      if (fUnreadable.count(id) != 0) throw Ky::KyError("no parameter " + std::to_string(id));
-      return Ky::KyValue(fParameters[id]);
+      if (of->unreadable.contains(id)) throw Ky::KyError("no parameter " + std::to_string(id));
+      return Ky::KyValue(of->values[id]);
     });
-    device->answer("setParam", [this](const Ky::KyValue::Array& arguments) {
-      const std::lock_guard guard(fMutex);
+    device->answer("setParam", [of = fParameters](const Ky::KyValue::Array& arguments) {
+      const std::lock_guard guard(of->mutex);
       const int id = arguments.at(0).asInt();
-      if (fRefused.count(id) == 0) fParameters[id] = arguments.at(1).asInt();
+      if (!of->refused.contains(id)) of->values[id] = arguments.at(1).asInt();
       return Ky::KyValue();
     });
   }
 
   void set(int id, int value) {
-    const std::lock_guard guard(fMutex);
-    fParameters[id] = value;
+    const std::lock_guard guard(fParameters->mutex);
+    fParameters->values[id] = value;
   }
   int get(int id) {
-    const std::lock_guard guard(fMutex);
-    return fParameters[id];
+    const std::lock_guard guard(fParameters->mutex);
+    return fParameters->values[id];
   }
   // From now on reading anything, or writing anything, fails.
   void breakReads() {
@@ -54,13 +55,13 @@ class CameraRobot : public ViewerOnRobot {
   }
   // From now on reading it fails.
   void makeUnreadable(int id) {
-    const std::lock_guard guard(fMutex);
-    fUnreadable.insert(id);
+    const std::lock_guard guard(fParameters->mutex);
+    fParameters->unreadable.insert(id);
   }
   // From now on writing it changes nothing.
   void makeRefused(int id) {
-    const std::lock_guard guard(fMutex);
-    fRefused.insert(id);
+    const std::lock_guard guard(fParameters->mutex);
+    fParameters->refused.insert(id);
   }
 
   // The calls to the camera since the last time, without its name.
@@ -74,6 +75,13 @@ class CameraRobot : public ViewerOnRobot {
   }
 
  private:
+  struct Parameters {
+    std::mutex mutex;
+    std::map<int, int> values;  // guarded by mutex, like the following
+    std::set<int> unreadable;
+    std::set<int> refused;
+  };
+
   static Lines camera(const Lines& calls) {
     const std::string prefix = "KyVideoDevice.";
     Lines result;
@@ -82,8 +90,6 @@ class CameraRobot : public ViewerOnRobot {
     return result;
   }
 
-  std::mutex fMutex;
-  std::map<int, int> fParameters;  // guarded by fMutex, like the following
-  std::set<int> fUnreadable;
-  std::set<int> fRefused;
+  // The robot may still be asked for them while the test ends.
+  const std::shared_ptr<Parameters> fParameters = std::make_shared<Parameters>();
 };
