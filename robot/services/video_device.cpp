@@ -74,6 +74,7 @@ std::string VideoDevice::subscribe(const Ky::KyPeer& caller, const std::string& 
 }
 
 void VideoDevice::unsubscribe(const Ky::KyPeer& caller, const std::string& name) {
+  fStreams.erase({caller.id, name});
   if (fReaders.erase({caller.id, name}) == 0) throw KyError("\"" + name + "\" is not subscribed");
 }
 
@@ -83,6 +84,15 @@ Ky::KyValue::Array VideoDevice::getImageRemote(const Ky::KyPeer& caller, const s
     throw KyError("\"" + name + "\" is not subscribed; call subscribe() first");
   const auto frame = reader->newest(kFirstFrame);
   return imageRecord(*frame, reader->wish().format);
+}
+
+void VideoDevice::openPictures(const Ky::KyPeer& caller, const std::string& name, int stream) {
+  const auto reader = fReaders.find({caller.id, name});
+  if (reader == fReaders.end())
+    throw KyError("\"" + name + "\" is not subscribed; call subscribe() first");
+  fStreams.erase(reader->first);
+  fStreams[reader->first] = std::make_unique<PictureStream>(
+      reader->second, getParentBroker()->sendStream(caller, stream));
 }
 
 bool VideoDevice::setFrameRate(const Ky::KyPeer& caller, const std::string& name, int fps) {
@@ -141,10 +151,13 @@ void VideoDevice::setParamOf(const Ky::KyPeer& caller, int id, int value, int in
 }
 
 void VideoDevice::peerLeft(const Ky::KyPeer& peer) {
-  std::erase_if(fReaders, [&](const auto& entry) { return entry.first.first == peer.id; });
+  const auto isOfPeer = [&](const auto& entry) { return entry.first.first == peer.id; };
+  std::erase_if(fStreams, isOfPeer);
+  std::erase_if(fReaders, isOfPeer);
 }
 
 void VideoDevice::stop() {
+  fStreams.clear();
   fReaders.clear();
 }
 

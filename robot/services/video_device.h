@@ -9,6 +9,7 @@
 
 #include "ky/module.h"
 #include "robot/camera/cameras.h"
+#include "robot/services/picture_stream.h"
 
 namespace robot {
 
@@ -22,6 +23,7 @@ class VideoDevice : public Ky::KyModule {
                         int colorSpace, int fps);
   void unsubscribe(const Ky::KyPeer& caller, const std::string& name);
   Ky::KyValue::Array getImageRemote(const Ky::KyPeer& caller, const std::string& name);
+  void openPictures(const Ky::KyPeer& caller, const std::string& name, int stream);
 
   bool setFrameRate(const Ky::KyPeer& caller, const std::string& name, int fps);
   bool setResolution(const Ky::KyPeer& caller, const std::string& name, int resolution);
@@ -52,7 +54,8 @@ class VideoDevice : public Ky::KyModule {
   void setWishParameter(const Ky::KyPeer& caller, int id, int value);
 
   const std::shared_ptr<Cameras> fCameras;
-  std::map<Subscriber, std::unique_ptr<CameraReader>> fReaders;
+  std::map<Subscriber, std::shared_ptr<CameraReader>> fReaders;
+  std::map<Subscriber, std::unique_ptr<PictureStream>> fStreams;
 };
 
 }  // namespace robot

@@ -25,6 +25,15 @@ void VideoDevice::publishPictures() {
             "[width, height, layers, colour space, seconds, microseconds, pixels, camera, left, "
             "top, right, bottom angle]");
   bindMethod(&VideoDevice::getImageRemote);
+
+  functionName(
+      "openPictures", getName(),
+      "Sends a subscriber its pictures as a stream, in place of one that it has: [\"exact\", "
+      "image] each, or [\"error\", text] while there is none.");
+  addParam("name", "of the subscriber");
+  addParam("stream", "the caller's id of it");
+  bindMethod(&VideoDevice::openPictures);
+  offer("openPictures");
 }
 
 void VideoDevice::publishSettings() {

@@ -19,17 +19,19 @@ FLOORS = (
     {"ky/include": ("zu",)},
     {"ky/src": ("ky/include", "zu"),  # values, errors, keys, modules
      "ky/src/wire": ("ky/include", "zu"),
-     "ky/src/proxies": ("ky/include", "zu")},
-    {"ky/src/transport": ("ky/src/wire", "ky/include", "zu")},
+     "ky/src/video": ("ky/include", "zu")},
+    {"ky/src/transport": ("ky/src/wire", "ky/include", "zu"),
+     "ky/src/proxies": ("ky/src/video", "ky/include", "zu")},
     {"ky/src/broker": ("ky/src/transport", "ky/src/wire", "ky/include", "zu"),
      "lookout/sdk": ("ky/include", "zu"),
      "cli": ("ky/include", "zu"),
      "robot/camera": ("ky/include", "zu")},
     {"robot/extractors": ("robot/camera", "ky/include", "zu"),
-     "robot/services": ("robot/camera", "ky/include", "zu"),
+     "robot/streaming": ("robot/camera", "ky/include", "zu"),
      "robot/recording": ("robot/camera", "ky/include", "zu"),
      "robot/ftp": ("ky/include", "zu")},
-    {"robot/extractors/faces": ("robot/extractors", "robot/camera", "ky/include", "zu"),
+    {"robot/services": ("robot/streaming", "robot/camera", "ky/include", "zu"),
+     "robot/extractors/faces": ("robot/extractors", "robot/camera", "ky/include", "zu"),
      "robot/extractors/landmarks": ("robot/extractors", "robot/camera", "ky/include", "zu"),
      "robot/extractors/pictures": ("robot/extractors", "robot/camera", "ky/include", "zu"),
      "robot/extractors/toys": ("robot/extractors", "robot/camera", "ky/include", "zu"),
@@ -70,9 +72,10 @@ INCLUDE_FOLDERS = ("", "zu/include/", "ky/include/", "ky/src/", "lookout/sdk/inc
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*["<]([^">]+)[">]')
 QT_INCLUDE = re.compile(r"^Q[A-Z]|^Qt|^qt|^q[a-z]+\.h$")
-# What the typed proxies, and nothing else in the runtime, may know.
+# What the typed proxies, and what decodes pictures for them, may know, and nothing else in the
+# runtime.
 CAMERA_WORDS = re.compile(r"\b(camera|image|picture|photo|KyVideoDevice|KyPhotoCapture)\b", re.I)
-PROXIES = re.compile(r"^ky/(include/ky/\w+_proxy\.h|src/proxies/.*)$")
+PROXIES = re.compile(r"^ky/(include/ky/\w+_proxy\.h|src/(proxies|video)/.*)$")
 
 
 def is_in(path, folder):

@@ -101,6 +101,7 @@ class CheckArchitecture(TreeTest):
     def test_only_the_typed_proxies_of_the_runtime_know_cameras(self):
         self.assert_clean({
             "ky/src/proxies/video.cpp": '#include "ky/video_device_proxy.h"\nint camera;\n',
+            "ky/src/video/decoder.cpp": '#include "ky/video_device_proxy.h"\nint picture;\n',
             "ky/include/ky/video_device_proxy.h": "int image;\n",
             "ky/include/ky/binary.h": "// an image stays one piece\n"})
         self.assert_found(

@@ -23,6 +23,11 @@ TEST(Message, ComesBackAsItWent) {
       pongMessage(1),
       byeMessage("why"),
       offersMessage(KyValue::array({"A.more"})),
+      pieceMessage({7, 8}),
+      receivedMessage(1000),
+      itemMessage(3, 1, "value"),
+      endMessage(3, "why"),
+      closeMessage(3),
   };
   int kind = 0;
   for (const Message& message : messages) {

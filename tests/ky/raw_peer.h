@@ -26,7 +26,12 @@ class RawPeer {
   std::optional<Ky::Message> receive() {
     zmq::message_t text;
     if (!fSocket.recv(text)) return std::nullopt;
-    return Ky::decode(text.data<char>(), text.size(), {}, {});
+    std::vector<Ky::KyBinary> attachments;
+    for (zmq::message_t attachment; fSocket.get(zmq::sockopt::rcvmore);) {
+      if (!fSocket.recv(attachment)) return std::nullopt;
+      attachments.push_back(Ky::KyBinary::copyOf(attachment.data(), attachment.size()));
+    }
+    return Ky::decode(text.data<char>(), text.size(), attachments, {});
   }
   // Says hello and waits for the welcome.
   bool join(const std::string& id = "raw", const std::vector<std::string>& modules = {}) {

@@ -20,6 +20,8 @@
 #include "ky/address.h"
 #include "ky/error.h"
 #include "ky/keys.h"
+#include "ky/peer.h"
+#include "ky/stream.h"
 #include "ky/value.h"
 
 namespace Ky {
@@ -146,6 +148,16 @@ class KyBroker : public boost::enable_shared_from_this<KyBroker> {
   // mute: further calls fail at once until it answers a ping, which the runtime sends by itself.
   KyValue call(const std::string& module, const std::string& method, KyValue::Array arguments,
                std::optional<std::chrono::milliseconds> deadline = std::nullopt);
+
+  // A stream to a peer that has told its id in a call to one of this broker's modules. Main brokers
+  // only: throws KyError on a peer's. One that the peer has under this id already ends.
+  std::unique_ptr<KyStreamSender> sendStream(const KyPeer& peer, std::int64_t id);
+  // A stream whose id is to be told to a module of the robot's. It keeps the newest `depth` values
+  // that were not taken yet. With `idle` it is closed when next() has not been called for so long:
+  // for what is asked for as long as somebody wants it. Peers only: throws KyError on a main
+  // broker.
+  std::unique_ptr<KyStreamReceiver> receiveStream(
+      std::size_t depth = 1, std::optional<std::chrono::milliseconds> idle = std::nullopt);
 
   // Makes a module callable from everywhere and keeps it alive. Throws KyError when this broker
   // has a module of that name already. Modules call these through KyModule::createModule().

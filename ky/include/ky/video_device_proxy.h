@@ -3,6 +3,7 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
+#include <memory>
 #include <string>
 
 #include "ky/broker.h"
@@ -58,7 +59,9 @@ class KyVideoDeviceProxy {
   // The newest image: [width, height, layers, colour space, seconds, microseconds, pixels, camera,
   // left, top, right, bottom angle in radians]. A size that no camera delivers, or fewer pixels
   // than the size and a known colour space need, throw KyError here, so that a reader may trust
-  // the size.
+  // the size. Where the device offers its pictures as a stream, one is opened with the first call,
+  // which then answers at once with the newest that has come, and closed when nobody has called for
+  // two seconds.
   KyValue getImageRemote(const std::string& name);
 
   // False when the device refuses the value.
@@ -77,7 +80,9 @@ class KyVideoDeviceProxy {
   void setParam(int id, int value, int camera);
 
  private:
+  class Pictures;
   boost::shared_ptr<KyProxy> fProxy;
+  std::shared_ptr<Pictures> fPictures;
 };
 
 }  // namespace Ky

@@ -61,6 +61,29 @@ KyValue KyBroker::call(const std::string& module, const std::string& method,
                      deadline.value_or(fCore->options().patience.call));
 }
 
+std::unique_ptr<KyStreamSender> KyBroker::sendStream(const KyPeer& peer, std::int64_t id) {
+  const auto stream = fCore->openOutgoing(peer.id, id);
+  const boost::weak_ptr<KyBroker> self = weak_from_this();
+  return std::make_unique<KyStreamSender>(
+      stream,
+      [self, stream] {
+        if (const auto broker = self.lock()) broker->fCore->streamWaits(stream);
+      },
+      [self, stream] {
+        if (const auto broker = self.lock()) broker->fCore->endOutgoing(stream);
+      });
+}
+
+std::unique_ptr<KyStreamReceiver> KyBroker::receiveStream(
+    std::size_t depth, std::optional<std::chrono::milliseconds> idle) {
+  const auto stream = std::make_shared<IncomingStream>(depth, idle);
+  const std::int64_t id = fCore->openIncoming(stream);
+  const boost::weak_ptr<KyBroker> self = weak_from_this();
+  return std::make_unique<KyStreamReceiver>(id, stream, [self, id] {
+    if (const auto broker = self.lock()) broker->fCore->closeIncoming(id);
+  });
+}
+
 void KyBroker::registerModule(boost::shared_ptr<KyModule> module) {
   const std::string name = module->getName();
   fCore->localModules().add(std::move(module));

@@ -110,6 +110,14 @@ Parts BrokerCore::encodeAnswer(std::int64_t id, Outcome outcome) const {
   }
 }
 
+std::shared_ptr<OutgoingStream> BrokerCore::openOutgoing(const std::string&, std::int64_t) {
+  throw KyError(fOptions.name, "sendStream", "only a robot's own modules send streams");
+}
+
+std::int64_t BrokerCore::openIncoming(const std::shared_ptr<IncomingStream>&) {
+  throw KyError(fOptions.name, "receiveStream", "a robot receives no streams; its peers do");
+}
+
 void BrokerCore::disconnect() {
   setClosed();
   fLoop.post([this] { closeSockets(); });

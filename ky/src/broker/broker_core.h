@@ -15,6 +15,7 @@
 #include "broker/local_modules.h"
 #include "broker/offers.h"
 #include "broker/pending_calls.h"
+#include "broker/streams.h"
 #include "ky/broker.h"
 #include "transport/io_loop.h"
 #include "transport/socket_io.h"
@@ -43,6 +44,13 @@ class BrokerCore : protected IoLoop::Client {
   // "MODULE.WHAT", of any module in reach.
   bool offers(const std::string& offer) const;
   virtual KyStatistics statistics() const;
+
+  // Streams go from a robot's modules to its peers: elsewhere these throw KyError.
+  virtual std::shared_ptr<OutgoingStream> openOutgoing(const std::string& peer, std::int64_t id);
+  virtual void streamWaits(const std::shared_ptr<OutgoingStream>&) {}
+  virtual void endOutgoing(const std::shared_ptr<OutgoingStream>&) {}
+  virtual std::int64_t openIncoming(const std::shared_ptr<IncomingStream>& stream);
+  virtual void closeIncoming(std::int64_t) {}
 
   KyValue call(const std::string& module, const std::string& method, KyValue::Array arguments,
                std::chrono::milliseconds deadline);

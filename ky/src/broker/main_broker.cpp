@@ -80,6 +80,42 @@ std::unique_ptr<KyConnectionListener> MainBroker::onConnection(
   return std::make_unique<KyConnectionListener>();  // nothing ever changes
 }
 
+std::shared_ptr<OutgoingStream> MainBroker::openOutgoing(const std::string& peer, std::int64_t id) {
+  auto stream = std::make_shared<OutgoingStream>(peer, id);
+  const bool isPosted = post([this, stream] {
+    const auto route = fRoutes.find(stream->peer);
+    if (route != fRoutes.end() && !fPeers.at(route->second).isSimple)
+      fStreams.add(stream);
+    else
+      stream->isClosed = true;
+  });
+  if (!isPosted) stream->isClosed = true;
+  return stream;
+}
+
+void MainBroker::streamWaits(const std::shared_ptr<OutgoingStream>& stream) {
+  post([this, stream] {
+    const auto route = fRoutes.find(stream->peer);
+    if (stream->isClosed || route == fRoutes.end()) return;
+    OutgoingStreams::queue(stream, fPeers.at(route->second).link.outbox(), fOptions.limits);
+    noteGone();
+  });
+}
+
+void MainBroker::endOutgoing(const std::shared_ptr<OutgoingStream>& stream) {
+  post([this, stream] {
+    if (stream->isClosed.exchange(true)) return;
+    fStreams.remove(stream);
+    const auto route = fRoutes.find(stream->peer);
+    if (route != fRoutes.end()) sendTo(route->second, endMessage(stream->id, "it was ended"));
+  });
+}
+
+Link MainBroker::makeLink(const std::string& route, bool isSimple) {
+  return {[this, route](const Parts& parts) { return transmit(route, parts); }, fOptions.limits,
+          !isSimple};
+}
+
 bool MainBroker::isPresentElsewhere(const std::string& module) {
   return fDirectory.holder(module).has_value();
 }
@@ -147,8 +183,12 @@ void MainBroker::closeSockets() {
 
 void MainBroker::handle(Received received) {
   try {
-    handle(received.route, decode(received.text.data<char>(), received.text.size(),
-                                  received.attachments, fOptions.limits));
+    const auto peer = fPeers.find(received.route);
+    if (peer != fPeers.end()) peer->second.lastHeard = fClock.now();
+    auto message = peer == fPeers.end() ? decode(received.text.data<char>(), received.text.size(),
+                                                 received.attachments, fOptions.limits)
+                                        : peer->second.link.receive(received);
+    if (message) handle(received.route, std::move(*message));
   } catch (const UnreadableMessage& error) {
     reportDropped(error.what());
     if (error.call && fPeers.contains(received.route))
@@ -163,7 +203,6 @@ void MainBroker::handle(const std::string& route, Message message) {
     if (message.kind != MessageKind::Bye) sendTo(route, byeMessage(kSayHelloFirst));
     return;
   }
-  peer->second.lastHeard = fClock.now();
   peer->second.isSilent = false;
   switch (message.kind) {
     case MessageKind::Call:
@@ -175,6 +214,12 @@ void MainBroker::handle(const std::string& route, Message message) {
       return sendTo(route, pongMessage(message.id()));
     case MessageKind::Bye:
       return peerGone(route, "it said goodbye");
+    case MessageKind::Received:
+      peer->second.link.outbox().acknowledged(static_cast<std::uint64_t>(message.id()),
+                                              std::chrono::steady_clock::now());
+      return fStreams.tell(peer->second.peer.id, peer->second.link.outbox().pace());
+    case MessageKind::Close:
+      return fStreams.close(peer->second.peer.id, message.id());
     case MessageKind::Offers:
       takeOffers(route, message.fields[0]);
       return sayOffers();
@@ -184,16 +229,21 @@ void MainBroker::handle(const std::string& route, Message message) {
 }
 
 void MainBroker::welcome(const std::string& route, const Message& hello) {
-  if (hello.fields[0].asInt64() != kProtocolVersion)
+  const std::int64_t version = hello.fields[0].asInt64();
+  const bool isSimple = version == kSimpleVersion;
+  if (version != kProtocolVersion && !isSimple)
     return sendTo(route, byeMessage("this robot speaks version " +
                                     std::to_string(kProtocolVersion) + " of the protocol"));
   const std::string& id = hello.fields[1].asString();
   const std::string& name = hello.fields[2].asString();
+  if (const auto there = fPeers.find(route); there != fPeers.end() && there->second.peer.id != id)
+    peerGone(route, "it came as another");
   bool isKnown = fPeers.contains(route);
+  bool isBack = false;
   for (auto known = fPeers.begin(); known != fPeers.end(); ++known) {
     if (known->second.peer.id != id || known->first == route) continue;
     // The same peer over a new connection: it keeps its modules and subscriptions.
-    isKnown = true;
+    isKnown = isBack = true;
     const std::string before = known->first;
     fPeers.erase(known);
     breakCalls(before, "the connection to the peer was interrupted");
@@ -201,7 +251,12 @@ void MainBroker::welcome(const std::string& route, const Message& hello) {
     fOffers.rename(before, route);
     break;
   }
-  fPeers[route] = {{id, name}, fClock.now()};
+  Peer& peer = fPeers.try_emplace(route, makeLink(route, isSimple)).first->second;
+  peer.peer = {id, name};
+  peer.lastHeard = fClock.now();
+  peer.isSilent = false;
+  peer.isSimple = isSimple;
+  fRoutes[id] = route;
   std::set<std::string> modules;
   for (const KyValue& module : hello.fields[3].asArray()) {
     try {
@@ -213,7 +268,12 @@ void MainBroker::welcome(const std::string& route, const Message& hello) {
   }
   fDirectory.keepOnly(modules, route);
   takeOffers(route, hello.fields[4]);
-  sendTo(route, welcomeMessage(fOptions.name, isKnown, offersToValue(allOffers())));
+  Message welcome = welcomeMessage(fOptions.name, isKnown, offersToValue(allOffers()));
+  welcome.fields[0] = version;
+  if (isSimple) welcome.fields.pop_back();
+  transmit(route, encode(std::move(welcome), fOptions.limits));
+  if (isBack) fStreams.goOn(id, peer.link.outbox(), fOptions.limits);
+  noteGone();
   sayOffers();
 }
 
@@ -237,7 +297,8 @@ void MainBroker::sayOffers() {
   if (offers == fOffersSaid) return;
   fOffersSaid = std::move(offers);
   std::vector<std::string> routes;
-  for (const auto& [route, peer] : fPeers) routes.push_back(route);
+  for (const auto& [route, peer] : fPeers)
+    if (!peer.isSimple) routes.push_back(route);
   for (const std::string& route : routes) sendTo(route, offersMessage(offersToValue(fOffersSaid)));
 }
 
@@ -252,7 +313,7 @@ void MainBroker::handleCall(const std::string& route, Message call) {
   const std::string module = call.fields[1].asString();
   const std::int64_t id = call.id();
   if (module == kBrokerModule) return sendTo(route, encodeAnswer(id, answerOwnCall(route, call)));
-  if (fLocal.contains(module) && callForPeer(fPeers[route].peer, route, call)) return;
+  if (fLocal.contains(module) && callForPeer(fPeers.at(route).peer, route, call)) return;
   const auto callee = fDirectory.holder(module);
   if (callee) return forward(route, *callee, std::move(call));
   sendTo(route, errorMessage(id, KyError(module, call.fields[2].asString(),
@@ -320,16 +381,28 @@ void MainBroker::sendTo(const std::string& route, Message message) {
   sendTo(route, encode(std::move(message), fOptions.limits));
 }
 
-void MainBroker::sendTo(const std::string& route, const Parts& parts) {
-  if (!fSocket) return;
-  switch (send(fSocket, route, parts)) {
-    case Sent::Yes:
-      return;
-    case Sent::PeerGone:
-      return peerSilent(route, "its connection was closed");
-    case Sent::QueueFull:
-      zu::log::warning("ky", "send") << "dropped a message to a peer that does not read";
-  }
+void MainBroker::sendTo(const std::string& route, Parts parts) {
+  const auto peer = fPeers.find(route);
+  const bool isTaken =
+      peer == fPeers.end()
+          ? transmit(route, parts)
+          : peer->second.link.outbox().add(std::move(parts), std::chrono::steady_clock::now());
+  if (!isTaken) zu::log::warning("ky", "send") << "dropped a message to a peer that does not read";
+  noteGone();
+}
+
+// False when the socket is full. Who is gone is noted for noteGone(): whoever sends may be in the
+// middle of something with that peer.
+bool MainBroker::transmit(const std::string& route, const Parts& parts) {
+  if (!fSocket) return true;
+  const Sent sent = send(fSocket, route, parts);
+  if (sent == Sent::PeerGone) fGone.insert(route);
+  return sent != Sent::QueueFull;
+}
+
+void MainBroker::noteGone() {
+  while (!fGone.empty())
+    peerSilent(fGone.extract(fGone.begin()).value(), "its connection was closed");
 }
 
 bool MainBroker::isReachable(const std::string& route) const {
@@ -350,6 +423,8 @@ void MainBroker::peerGone(const std::string& route, const std::string& why) {
   if (found == fPeers.end()) return;
   const KyPeer peer = found->second.peer;
   fPeers.erase(found);
+  fRoutes.erase(peer.id);
+  fStreams.closeAll(peer.id);
   zu::log::info("ky", "peerGone") << peer.name << " left: " << why;
   fDirectory.removeAll(route);
   fOffers.remove(route);
@@ -380,6 +455,8 @@ void MainBroker::watchPeers() {
     else if (silence > fOptions.patience.silence && !peer.isSilent)
       silent.push_back(route);
   }
+  for (auto& [route, peer] : fPeers) peer.link.outbox().pump(std::chrono::steady_clock::now());
+  noteGone();
   for (const std::string& route : silent) peerSilent(route, "no sign of life");
   for (const std::string& route : gone) peerGone(route, "no sign of life");
 }

@@ -5,12 +5,14 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "broker/awake_clock.h"
 #include "broker/broker_core.h"
 #include "broker/directory.h"
 #include "transport/authenticator.h"
+#include "transport/link.h"
 
 namespace Ky {
 
@@ -31,6 +33,9 @@ class MainBroker : public BrokerCore {
   KyConnection connection() const override;
   std::unique_ptr<KyConnectionListener> onConnection(
       std::function<void(KyConnection, const std::string&)> callback) override;
+  std::shared_ptr<OutgoingStream> openOutgoing(const std::string& peer, std::int64_t id) override;
+  void streamWaits(const std::shared_ptr<OutgoingStream>& stream) override;
+  void endOutgoing(const std::shared_ptr<OutgoingStream>& stream) override;
 
  protected:
   KyValue callElsewhere(const std::string& module, const std::string& method,
@@ -44,9 +49,12 @@ class MainBroker : public BrokerCore {
 
  private:
   struct Peer {
+    explicit Peer(Link over) : link(std::move(over)) {}
     KyPeer peer;
     AwakeClock::Time lastHeard{0};
+    Link link;
     bool isSilent = false;  // calls to it fail; it is kept
+    bool isSimple = false;  // knows whole messages only
   };
   // A call of one peer to another's module.
   struct Forward {
@@ -71,7 +79,10 @@ class MainBroker : public BrokerCore {
   void registerFor(const std::string& route, const std::string& module);
   void forward(const std::string& route, const std::string& callee, Message call);
   void handleAnswer(const std::string& route, Message answer);
-  void sendTo(const std::string& route, const Parts& parts);
+  void sendTo(const std::string& route, Parts parts);
+  Link makeLink(const std::string& route, bool isSimple);
+  bool transmit(const std::string& route, const Parts& parts);
+  void noteGone();
   void sendTo(const std::string& route, Message message);
   void peerSilent(const std::string& route, const std::string& why);
   void peerGone(const std::string& route, const std::string& why);
@@ -85,8 +96,11 @@ class MainBroker : public BrokerCore {
   std::atomic<bool> fClosing{false};
   AwakeClock fClock;                            // io thread
   std::map<std::string, Peer> fPeers;           // by route; io thread
+  std::map<std::string, std::string> fRoutes;   // of the peers, by id; io thread
   std::map<std::int64_t, Forward> fForwards;    // by our id; io thread
   Offers::Set fOffersSaid;                      // to every peer; io thread
+  OutgoingStreams fStreams;                     // io thread
+  std::set<std::string> fGone;                  // routes that lead nowhere any more; io thread
   std::optional<Authenticator> fAuthenticator;  // io thread, once it runs
   zmq::socket_t fSocket;                        // io thread, once it runs
 };

@@ -132,7 +132,7 @@ SentCall PeerBroker::send(const std::string& module, const std::string& method,
   if (!post([this, parts = std::move(parts)] {
         if (!fConnected)
           fPending.failAll(kParent, "the connection to the robot is lost");
-        else if (send(fSocket, kParent, parts) != Sent::Yes)
+        else if (!sendToParent(parts))
           zu::log::warning("ky", "send") << "dropped a call: the robot does not read";
       }))
     fPending.failAll(kParent, "the broker is closed");
@@ -177,15 +177,37 @@ void PeerBroker::noteMute(const std::string& module, SteadyTime since) {
     if (!fConnected) return fMute.remove(module);
     const std::int64_t id = nextId();
     fProbes[id] = module;
-    send(fSocket, kParent,
-         encode(callMessage(id, module, "ping", {}, kProbeDeadline), fOptions.limits));
+    sendToParent(encode(callMessage(id, module, "ping", {}, kProbeDeadline), fOptions.limits));
   });
 }
 
-void PeerBroker::sendAnswer(const std::string& route, Parts parts) {
-  post([this, route, parts = std::move(parts)] {
-    if (fConnected) send(fSocket, route, parts);
+void PeerBroker::sendAnswer(const std::string&, Parts parts) {
+  post([this, parts = std::move(parts)] {
+    if (fConnected) sendToParent(parts);
   });
+}
+
+bool PeerBroker::sendToParent(Parts parts) {
+  return fLink->outbox().add(std::move(parts), std::chrono::steady_clock::now());
+}
+
+std::int64_t PeerBroker::openIncoming(const std::shared_ptr<IncomingStream>& stream) {
+  const std::int64_t id = nextId();
+  fStreams.add(id, stream);
+  return id;
+}
+
+void PeerBroker::closeIncoming(std::int64_t id) {
+  fStreams.remove(id);
+  post([this, id] {
+    if (fConnected) sendToParent(encode(closeMessage(id), fOptions.limits));
+  });
+}
+
+// Also what nobody wants any more counts as a sign of life only.
+void PeerBroker::handleItem(Message item) {
+  const auto now = std::chrono::steady_clock::now();
+  fStreams.receive(item.id(), {item.fields[1].asInt64(), std::move(item.fields[2]), now});
 }
 
 void PeerBroker::openSocket() {
@@ -196,6 +218,8 @@ void PeerBroker::openSocket() {
     fSocket.close();
   }
   fSocket = zmq::socket_t(context(), zmq::socket_type::dealer);
+  fLink.emplace([this](const Parts& parts) { return send(fSocket, kParent, parts) == Sent::Yes; },
+                fOptions.limits);
   setCommonOptions(fSocket);
   // Only to a live connection: nothing is kept for a robot that may come back some day.
   fSocket.set(zmq::sockopt::immediate, true);
@@ -252,6 +276,8 @@ void PeerBroker::work() {
   }
   if (event) handleEvent(*event);
   if (!fConnected) sayHello();
+  for (const std::int64_t id : fStreams.endIdle())
+    if (fConnected) sendToParent(encode(closeMessage(id), fOptions.limits));
   keepAlive();
 }
 
@@ -269,7 +295,7 @@ void PeerBroker::sayOffers() {
   Offers::Set offers = fLocal.offers();
   if (!fConnected || offers == fOffersSaid) return;
   fOffersSaid = std::move(offers);
-  send(fSocket, kParent, encode(offersMessage(offersToValue(fOffersSaid)), fOptions.limits));
+  sendToParent(encode(offersMessage(offersToValue(fOffersSaid)), fOptions.limits));
 }
 
 void PeerBroker::handleEvent(ConnectionMonitor::Event event) {
@@ -289,18 +315,16 @@ void PeerBroker::handleEvent(ConnectionMonitor::Event event) {
 }
 
 void PeerBroker::handle(Received received) {
+  fLastHeard = fClock.now();
   try {
-    handle(decode(received.text.data<char>(), received.text.size(), received.attachments,
-                  fOptions.limits));
+    if (auto message = fLink->receive(received)) handle(std::move(*message));
   } catch (const UnreadableMessage& error) {
     reportDropped(error.what());
-    if (error.call && fConnected)
-      send(fSocket, kParent, encode(unreadableAnswer(error), fOptions.limits));
+    if (error.call && fConnected) sendToParent(encode(unreadableAnswer(error), fOptions.limits));
   }
 }
 
 void PeerBroker::handle(Message message) {
-  fLastHeard = fClock.now();
   switch (message.kind) {
     case MessageKind::Welcome:
       return handleWelcome(message);
@@ -316,6 +340,14 @@ void PeerBroker::handle(Message message) {
       return;
     case MessageKind::Bye:
       return handleBye(message.fields[0].asString());
+    case MessageKind::Received:
+      fLink->outbox().acknowledged(static_cast<std::uint64_t>(message.id()),
+                                   std::chrono::steady_clock::now());
+      return;
+    case MessageKind::Item:
+      return handleItem(std::move(message));
+    case MessageKind::End:
+      return fStreams.end(message.id(), message.fields[1].asString());
     case MessageKind::Offers:
       fOffers.set(kParent, offersFromValue(message.fields[0]));
       return;
@@ -330,6 +362,7 @@ void PeerBroker::handleWelcome(const Message& welcome) {
   if (fState.get() == KyConnection::Silent && !isKnown) {
     // The socket stays: it is the one over which the welcome came.
     zu::log::warning("ky", "lose") << "lost the robot at " << parentName() << ": it was restarted";
+    fStreams.endAll("the robot was restarted");
     fState.set(KyConnection::Lost, "it was restarted");
   }
   fOffers.set(kParent, offersFromValue(welcome.fields[3]));
@@ -353,7 +386,7 @@ void PeerBroker::handleCall(Message call) {
   const KyError unknown(call.fields[1].asString(), call.fields[2].asString(),
                         "the peer " + fOptions.name + " has no module of this name");
   if (!callForPeer({"", parentName()}, kParent, std::move(call)))
-    send(fSocket, kParent, encode(errorMessage(id, unknown), fOptions.limits));
+    sendToParent(encode(errorMessage(id, unknown), fOptions.limits));
 }
 
 void PeerBroker::handleAnswer(Message answer) {
@@ -384,7 +417,8 @@ void PeerBroker::keepAlive() {
   const auto now = std::chrono::steady_clock::now();
   if (now - fLastPing < fOptions.patience.heartbeat) return;
   fLastPing = now;
-  send(fSocket, kParent, encode(pingMessage(++fPingToken), fOptions.limits));
+  sendToParent(encode(pingMessage(++fPingToken), fOptions.limits));
+  fLink->outbox().pump(now);
 }
 
 void PeerBroker::fallSilent(const std::string& why) {
@@ -406,6 +440,7 @@ void PeerBroker::lose(const std::string& why, zu::log::Level level) {
   zu::log::write(level, "ky", "lose", "lost the robot at " + parentName() + ": " + why);
   fId = randomId();
   fOffers.remove(kParent);
+  fStreams.endAll("the robot is lost: " + why);
   startOver();
   fState.set(KyConnection::Lost, why);
   fPending.failAll(kParent, "lost the robot at " + parentName() + ": " + why);
@@ -416,6 +451,7 @@ void PeerBroker::closeSockets() {
   fConnected = false;
   setClosed();
   fPending.failAll(kParent, "the broker is closed");
+  fStreams.endAll("the broker is closed");
   fMonitor.reset();
   fSocket.close();
 }

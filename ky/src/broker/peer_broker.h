@@ -13,6 +13,7 @@
 #include "broker/connection_state.h"
 #include "broker/mute_modules.h"
 #include "transport/connection_monitor.h"
+#include "transport/link.h"
 #include "zu/log.h"
 
 namespace Ky {
@@ -37,6 +38,8 @@ class PeerBroker : public BrokerCore, private CallSender {
   KyConnection connection() const override { return fState.get(); }
   std::unique_ptr<KyConnectionListener> onConnection(
       std::function<void(KyConnection, const std::string&)> callback) override;
+  std::int64_t openIncoming(const std::shared_ptr<IncomingStream>& stream) override;
+  void closeIncoming(std::int64_t id) override;
 
  protected:
   KyValue callElsewhere(const std::string& module, const std::string& method,
@@ -65,9 +68,11 @@ class PeerBroker : public BrokerCore, private CallSender {
   void setKeys();
   void sayHello();
   void handleEvent(ConnectionMonitor::Event event);
+  bool sendToParent(Parts parts);
   void handle(Received received);
   void handle(Message message);
   void handleCall(Message call);
+  void handleItem(Message item);
   void handleAnswer(Message answer);
   void handleWelcome(const Message& welcome);
   void handleBye(const std::string& reason);
@@ -92,7 +97,9 @@ class PeerBroker : public BrokerCore, private CallSender {
   SteadyTime fLastPing;
   SteadyTime fLastHello;
   std::int64_t fPingToken = 0;
+  IncomingStreams fStreams;
   zmq::socket_t fSocket;
+  std::optional<Link> fLink;                  // over the socket
   std::optional<ConnectionMonitor> fMonitor;  // refers to the socket
 };
 

@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ky/video_device_proxy.h"
 
+#include <map>
+#include <utility>
+
+#include "proxies/picture_receiver.h"
+#include "zu/mutex.h"
+
 namespace Ky {
 namespace {
 
@@ -31,6 +37,14 @@ void requireUsableRecord(const KyValue& record) {
                       " bytes of pixels; its size and colour space need " + std::to_string(needed));
 }
 
+WantedPicture wantedBy(int parameter, int value) {
+  WantedPicture wanted;
+  if (parameter == kResolution) wanted.resolution = value;
+  if (parameter == kColorSpace) wanted.colorSpace = value;
+  if (parameter == kActiveCamera) wanted.camera = value;
+  return wanted;
+}
+
 }  // namespace
 
 std::size_t imageBytes(int width, int height, int colorSpace) {
@@ -47,21 +61,89 @@ std::size_t imageBytes(int width, int height, int colorSpace) {
   }
 }
 
+// The streams of the subscriptions, and what was asked for them. Thread-safe.
+class KyVideoDeviceProxy::Pictures {
+ public:
+  explicit Pictures(boost::shared_ptr<KyBroker> broker) : fBroker(std::move(broker)) {}
+
+  bool areOffered() const {
+    return fBroker->offers("KyVideoDevice", "openPictures") &&
+           fBroker->connection() == KyConnection::Connected;
+  }
+
+  KyValue newest(const std::string& name) {
+    const auto receiver = receiverOf(name);
+    const zu::MutexLock guard(receiver->mutex);
+    return receiver->pictures.newest(wanted(name));
+  }
+
+  void end(const std::string& name) {
+    const zu::MutexLock guard(fMutex);
+    fReceivers.erase(name);
+    fWanted.erase(name);
+  }
+
+  // Of one subscription; of all where the name is empty.
+  void want(const std::string& name, const WantedPicture& change) {
+    const zu::MutexLock guard(fMutex);
+    if (!name.empty()) fWanted[name];
+    for (auto& [of, wanted] : fWanted) {
+      if (!name.empty() && of != name) continue;
+      if (change.resolution) wanted.resolution = change.resolution;
+      if (change.colorSpace) wanted.colorSpace = change.colorSpace;
+      if (change.camera) wanted.camera = change.camera;
+      wanted.until = std::chrono::steady_clock::now() + kChange;
+    }
+  }
+
+ private:
+  // The robot may not do what was wanted: then its picture counts all the same.
+  static constexpr std::chrono::milliseconds kChange{1000};
+
+  struct Receiver {
+    Receiver(boost::shared_ptr<KyBroker> broker, const std::string& name)
+        : pictures(std::move(broker), name) {}
+    zu::Mutex mutex;
+    PictureReceiver pictures ZU_GUARDED_BY(mutex);
+  };
+
+  std::shared_ptr<Receiver> receiverOf(const std::string& name) {
+    const zu::MutexLock guard(fMutex);
+    auto& receiver = fReceivers[name];
+    if (!receiver) receiver = std::make_shared<Receiver>(fBroker, name);
+    return receiver;
+  }
+
+  WantedPicture wanted(const std::string& name) {
+    const zu::MutexLock guard(fMutex);
+    return fWanted[name];
+  }
+
+  const boost::shared_ptr<KyBroker> fBroker;
+  zu::Mutex fMutex;
+  std::map<std::string, std::shared_ptr<Receiver>> fReceivers ZU_GUARDED_BY(fMutex);
+  std::map<std::string, WantedPicture> fWanted ZU_GUARDED_BY(fMutex);
+};
+
 KyVideoDeviceProxy::KyVideoDeviceProxy(boost::shared_ptr<KyBroker> broker)
-    : fProxy(broker->getProxy("KyVideoDevice")) {
+    : fProxy(broker->getProxy("KyVideoDevice")), fPictures(std::make_shared<Pictures>(broker)) {
 }
 
 std::string KyVideoDeviceProxy::subscribe(const std::string& name, int resolution, int colorSpace,
                                           int fps) {
-  return fProxy->call<std::string>("subscribe", name, resolution, colorSpace, fps);
+  const auto given = fProxy->call<std::string>("subscribe", name, resolution, colorSpace, fps);
+  fPictures->want(given, {resolution, colorSpace, {}, {}});
+  return given;
 }
 
 void KyVideoDeviceProxy::unsubscribe(const std::string& name) {
+  fPictures->end(name);
   fProxy->callVoid("unsubscribe", name);
 }
 
 KyValue KyVideoDeviceProxy::getImageRemote(const std::string& name) {
-  KyValue record = fProxy->call<KyValue>("getImageRemote", name);
+  KyValue record = fPictures->areOffered() ? fPictures->newest(name)
+                                           : fProxy->call<KyValue>("getImageRemote", name);
   requireUsableRecord(record);
   return record;
 }
@@ -71,15 +153,21 @@ bool KyVideoDeviceProxy::setFrameRate(const std::string& name, int fps) {
 }
 
 bool KyVideoDeviceProxy::setResolution(const std::string& name, int resolution) {
-  return fProxy->call<bool>("setResolution", name, resolution);
+  const bool done = fProxy->call<bool>("setResolution", name, resolution);
+  if (done) fPictures->want(name, {resolution, {}, {}, {}});
+  return done;
 }
 
 bool KyVideoDeviceProxy::setColorSpace(const std::string& name, int colorSpace) {
-  return fProxy->call<bool>("setColorSpace", name, colorSpace);
+  const bool done = fProxy->call<bool>("setColorSpace", name, colorSpace);
+  if (done) fPictures->want(name, {{}, colorSpace, {}, {}});
+  return done;
 }
 
 bool KyVideoDeviceProxy::setActiveCamera(int camera) {
-  return fProxy->call<bool>("setActiveCamera", camera);
+  const bool done = fProxy->call<bool>("setActiveCamera", camera);
+  if (done) fPictures->want("", {{}, {}, camera, {}});
+  return done;
 }
 
 int KyVideoDeviceProxy::getCameraModelID() {
@@ -96,10 +184,12 @@ int KyVideoDeviceProxy::getParam(int id, int camera) {
 
 void KyVideoDeviceProxy::setParam(int id, int value) {
   fProxy->callVoid("setParam", id, value);
+  fPictures->want("", wantedBy(id, value));
 }
 
 void KyVideoDeviceProxy::setParam(int id, int value, int camera) {
   fProxy->callVoid("setParam", id, value, camera);
+  fPictures->want("", wantedBy(id, value));
 }
 
 }  // namespace Ky

@@ -7,7 +7,7 @@
 namespace Ky {
 namespace {
 
-constexpr int kKinds = 9;
+constexpr int kKinds = 14;
 
 // The types of the fields behind the kind. Nothing stands for a value of any type.
 const std::vector<KyType>& fieldTypes(MessageKind kind) {
@@ -22,6 +22,11 @@ const std::vector<KyType>& fieldTypes(MessageKind kind) {
       {Int},
       {String},
       {Array},
+      {Array},
+      {Int},
+      {Int, Int, Nothing},
+      {Int, String},
+      {Int},
   }};
   return kTypes[static_cast<std::size_t>(kind) - 1];
 }
@@ -93,6 +98,27 @@ Message byeMessage(const std::string& why) {
 
 Message offersMessage(KyValue offers) {
   return {MessageKind::Offers, {std::move(offers)}};
+}
+
+// As a value of its own: compilers don't agree on what an array in braces is.
+Message pieceMessage(KyValue::Array sizes) {
+  return {MessageKind::Piece, {KyValue(std::move(sizes))}};
+}
+
+Message receivedMessage(std::uint64_t bytes) {
+  return {MessageKind::Received, {bytes}};
+}
+
+Message itemMessage(std::int64_t stream, std::int64_t number, KyValue value) {
+  return {MessageKind::Item, {stream, number, std::move(value)}};
+}
+
+Message endMessage(std::int64_t stream, const std::string& why) {
+  return {MessageKind::End, {stream, why}};
+}
+
+Message closeMessage(std::int64_t stream) {
+  return {MessageKind::Close, {stream}};
 }
 
 Message unreadableAnswer(const UnreadableMessage& error) {

@@ -12,7 +12,9 @@
 
 namespace Ky {
 
-constexpr int kProtocolVersion = 1;
+constexpr int kProtocolVersion = 2;
+// Of peers that know whole messages only: no pieces, streams or offers.
+constexpr int kSimpleVersion = 1;
 
 // The name under which every main broker answers calls itself.
 constexpr const char* kBrokerModule = "KyBroker";
@@ -20,16 +22,21 @@ constexpr const char* kBrokerModule = "KyBroker";
 constexpr const char* kPipelining = "pipelining";
 
 enum class MessageKind {
-  Hello = 1,    // version, peer id, broker name, [module names], [offers]
-  Welcome = 2,  // version, broker name, whether what belonged to this peer id is still there,
-                // [offers]
-  Call = 3,     // id, module, method, [arguments], milliseconds until the caller gives up
-  Result = 4,   // id, value
-  Error = 5,    // id, module, method, text
-  Ping = 6,     // token
-  Pong = 7,     // token
-  Bye = 8,      // why
-  Offers = 9,   // [offers]: those before count no more
+  Hello = 1,      // version, peer id, broker name, [module names], [offers]
+  Welcome = 2,    // version, broker name, whether what belonged to this peer id is still there,
+                  // [offers]
+  Call = 3,       // id, module, method, [arguments], milliseconds until the caller gives up
+  Result = 4,     // id, value
+  Error = 5,      // id, module, method, text
+  Ping = 6,       // token
+  Pong = 7,       // token
+  Bye = 8,        // why
+  Offers = 9,     // [offers]: those before count no more
+  Piece = 10,     // [bytes of each part] in the first piece of a message, [] in the others
+  Received = 11,  // bytes received so far of messages that count
+  Item = 12,      // stream, number, value
+  End = 13,       // stream, why: no more items come
+  Close = 14,     // stream: no more items are wanted
 };
 
 // `fields` are those listed at the kind, already checked for their number and types.
@@ -63,6 +70,11 @@ Message byeMessage(const std::string& why);
 // What a robot says to whom it doesn't know (any more).
 inline constexpr const char* kSayHelloFirst = "say hello first";
 Message offersMessage(KyValue offers);
+Message pieceMessage(KyValue::Array sizes);
+Message receivedMessage(std::uint64_t bytes);
+Message itemMessage(std::int64_t stream, std::int64_t number, KyValue value);
+Message endMessage(std::int64_t stream, const std::string& why);
+Message closeMessage(std::int64_t stream);
 
 // The answer to a call that can't be read.
 Message unreadableAnswer(const UnreadableMessage& error);

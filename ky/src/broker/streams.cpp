@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "broker/streams.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "zu/log.h"
+
+namespace Ky {
+namespace {
+
+// The newest value as a message; nothing when the stream was closed meanwhile.
+std::optional<Parts> take(OutgoingStream& stream, const KyLimits& limits) {
+  std::optional<KyValue> value;
+  std::int64_t number = 0;
+  {
+    const zu::MutexLock guard(stream.mutex);
+    stream.isQueued = false;
+    value = std::exchange(stream.newest, std::nullopt);
+    number = ++stream.number;
+  }
+  if (!value || stream.isClosed) return std::nullopt;
+  try {
+    return encode(itemMessage(stream.id, number, std::move(*value)), limits);
+  } catch (const KyError& error) {
+    ++stream.lost;
+    zu::log::error("ky", "stream") << "a value can't be sent: " << error.what();
+    return std::nullopt;
+  }
+}
+
+}  // namespace
+
+// ---- outgoing
+
+void OutgoingStreams::add(std::shared_ptr<OutgoingStream> stream) {
+  const std::pair key(stream->peer, stream->id);
+  if (const auto known = fStreams.find(key); known != fStreams.end())
+    known->second->isClosed = true;
+  fStreams[key] = std::move(stream);
+}
+
+void OutgoingStreams::remove(const std::shared_ptr<OutgoingStream>& stream) {
+  const auto known = fStreams.find({stream->peer, stream->id});
+  if (known != fStreams.end() && known->second == stream) fStreams.erase(known);
+}
+
+void OutgoingStreams::queue(const std::shared_ptr<OutgoingStream>& stream, Outbox& outbox,
+                            const KyLimits& limits) {
+  outbox.addLater([stream, limits] { return take(*stream, limits); },
+                  std::chrono::steady_clock::now());
+}
+
+void OutgoingStreams::tell(const std::string& peer, const Pace& pace) const {
+  for (auto at = fStreams.lower_bound({peer, 0}); at != fStreams.end() && at->first.first == peer;
+       ++at) {
+    at->second->bytesPerSecond = pace.bytesPerSecond();
+    at->second->roundTrip = pace.roundTrip().count();
+  }
+}
+
+void OutgoingStreams::goOn(const std::string& peer, Outbox& outbox, const KyLimits& limits) {
+  for (auto at = fStreams.lower_bound({peer, 0}); at != fStreams.end() && at->first.first == peer;
+       ++at) {
+    ++at->second->lost;
+    bool isWaiting = false;
+    {
+      const zu::MutexLock guard(at->second->mutex);
+      isWaiting = at->second->newest.has_value();
+      at->second->isQueued = isWaiting;
+    }
+    if (isWaiting) queue(at->second, outbox, limits);
+  }
+}
+
+void OutgoingStreams::close(const std::string& peer, std::int64_t id) {
+  const auto known = fStreams.find({peer, id});
+  if (known == fStreams.end()) return;
+  known->second->isClosed = true;
+  fStreams.erase(known);
+}
+
+void OutgoingStreams::closeAll(const std::string& peer) {
+  std::erase_if(fStreams, [&](const auto& entry) {
+    if (entry.first.first != peer) return false;
+    entry.second->isClosed = true;
+    return true;
+  });
+}
+
+// ---- incoming
+
+void IncomingStreams::add(std::int64_t id, std::shared_ptr<IncomingStream> stream) {
+  const zu::MutexLock guard(fMutex);
+  fStreams[id] = std::move(stream);
+}
+
+void IncomingStreams::remove(std::int64_t id) {
+  const zu::MutexLock guard(fMutex);
+  fStreams.erase(id);
+}
+
+std::shared_ptr<IncomingStream> IncomingStreams::find(std::int64_t id) const {
+  const zu::MutexLock guard(fMutex);
+  const auto found = fStreams.find(id);
+  return found == fStreams.end() ? nullptr : found->second;
+}
+
+bool IncomingStreams::receive(std::int64_t id, KyStreamReceiver::Item item) {
+  const auto stream = find(id);
+  if (!stream) return false;
+  const zu::MutexLock guard(stream->mutex);
+  // A number that was there already is a value that came twice.
+  if (item.number <= stream->newest) return true;
+  stream->newest = item.number;
+  stream->items.push_back(std::move(item));
+  if (stream->items.size() > stream->depth) stream->items.pop_front();
+  stream->changed.notifyAll();
+  return true;
+}
+
+void IncomingStreams::end(std::int64_t id, const std::string& why) {
+  const auto stream = find(id);
+  if (!stream) return;
+  const zu::MutexLock guard(stream->mutex);
+  stream->ended = why;
+  stream->changed.notifyAll();
+}
+
+void IncomingStreams::endAll(const std::string& why) {
+  std::vector<std::int64_t> ids;
+  {
+    const zu::MutexLock guard(fMutex);
+    for (const auto& [id, stream] : fStreams) ids.push_back(id);
+  }
+  for (const std::int64_t id : ids) end(id, why);
+}
+
+std::vector<std::int64_t> IncomingStreams::endIdle() {
+  const auto now = std::chrono::steady_clock::now();
+  std::vector<std::int64_t> idle;
+  const zu::MutexLock guard(fMutex);
+  for (const auto& [id, stream] : fStreams) {
+    const zu::MutexLock ofStream(stream->mutex);
+    if (!stream->idle || !stream->ended.empty() || now - stream->asked < *stream->idle) continue;
+    stream->ended = "nobody asked for more";
+    idle.push_back(id);
+  }
+  return idle;
+}
+
+// ---- what the users hold
+
+KyStreamSender::KyStreamSender(std::shared_ptr<OutgoingStream> stream,
+                               std::function<void()> onWaiting, std::function<void()> onEnd)
+    : fStream(std::move(stream)), fOnWaiting(std::move(onWaiting)), fOnEnd(std::move(onEnd)) {
+}
+
+KyStreamSender::~KyStreamSender() {
+  fOnEnd();
+}
+
+void KyStreamSender::send(KyValue value) {
+  if (fStream->isClosed) return;
+  {
+    const zu::MutexLock guard(fStream->mutex);
+    if (fStream->newest) ++fStream->lost;
+    fStream->newest = std::move(value);
+    if (std::exchange(fStream->isQueued, true)) return;
+  }
+  fOnWaiting();
+}
+
+bool KyStreamSender::isFree() const {
+  const zu::MutexLock guard(fStream->mutex);
+  return !fStream->newest;
+}
+
+std::uint64_t KyStreamSender::lost() const {
+  return fStream->lost;
+}
+
+bool KyStreamSender::isClosed() const {
+  return fStream->isClosed;
+}
+
+double KyStreamSender::bytesPerSecond() const {
+  return fStream->bytesPerSecond;
+}
+
+std::chrono::duration<double> KyStreamSender::roundTrip() const {
+  return std::chrono::duration<double>(fStream->roundTrip.load());
+}
+
+KyStreamReceiver::KyStreamReceiver(std::int64_t id, std::shared_ptr<IncomingStream> stream,
+                                   std::function<void()> onClose)
+    : fId(id), fStream(std::move(stream)), fOnClose(std::move(onClose)) {
+}
+
+KyStreamReceiver::~KyStreamReceiver() {
+  fOnClose();
+}
+
+std::optional<KyStreamReceiver::Item> KyStreamReceiver::next(std::chrono::milliseconds patience) {
+  const auto end = std::chrono::steady_clock::now() + patience;
+  const zu::MutexLock guard(fStream->mutex);
+  fStream->asked = end;
+  while (fStream->items.empty() && fStream->ended.empty() &&
+         fStream->changed.waitUntil(fStream->mutex, end)) {
+  }
+  fStream->asked = std::chrono::steady_clock::now();
+  if (fStream->items.empty()) return std::nullopt;
+  Item item = std::move(fStream->items.front());
+  fStream->items.pop_front();
+  return item;
+}
+
+std::string KyStreamReceiver::ended() const {
+  const zu::MutexLock guard(fStream->mutex);
+  return fStream->ended;
+}
+
+}  // namespace Ky

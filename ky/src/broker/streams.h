@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: Apache-2.0
+// The streams that go out from a broker, and those that come in.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ky/stream.h"
+#include "transport/outbox.h"
+#include "zu/mutex.h"
+
+namespace Ky {
+
+// What the sender's threads and the io thread share.
+struct OutgoingStream {
+  OutgoingStream(std::string toPeer, std::int64_t underId) : peer(std::move(toPeer)), id(underId) {}
+  const std::string peer;  // its id
+  const std::int64_t id;
+
+  mutable zu::Mutex mutex;
+  std::optional<KyValue> newest ZU_GUARDED_BY(mutex);
+  bool isQueued ZU_GUARDED_BY(mutex) = false;  // the outbox will ask for the newest
+  std::int64_t number ZU_GUARDED_BY(mutex) = 0;
+  std::atomic<std::uint64_t> lost{0};
+  std::atomic<bool> isClosed{false};
+  std::atomic<double> bytesPerSecond{0};
+  std::atomic<double> roundTrip{0};  // s
+};
+
+struct IncomingStream {
+  IncomingStream(std::size_t keep, std::optional<std::chrono::milliseconds> mayRest)
+      : depth(keep), idle(mayRest) {}
+  const std::size_t depth;
+  const std::optional<std::chrono::milliseconds> idle;
+
+  mutable zu::Mutex mutex;
+  zu::ConditionVariable changed;
+  std::deque<KyStreamReceiver::Item> items ZU_GUARDED_BY(mutex);
+  std::int64_t newest ZU_GUARDED_BY(mutex) = 0;  // number
+  std::string ended ZU_GUARDED_BY(mutex);
+  std::chrono::steady_clock::time_point asked ZU_GUARDED_BY(mutex) =
+      std::chrono::steady_clock::now();
+};
+
+// Thread-bound (the io thread), but for what the streams share with their users.
+class OutgoingStreams {
+ public:
+  // In place of one that the peer has under this id.
+  void add(std::shared_ptr<OutgoingStream> stream);
+  void remove(const std::shared_ptr<OutgoingStream>& stream);
+  // A value waits for the peer's outbox.
+  static void queue(const std::shared_ptr<OutgoingStream>& stream, Outbox& outbox,
+                    const KyLimits& limits);
+  // The link was measured.
+  void tell(const std::string& peer, const Pace& pace) const;
+  // The peer is there again, over another connection: what was under way is lost.
+  void goOn(const std::string& peer, Outbox& outbox, const KyLimits& limits);
+  // The peer wants no more of it, or is gone.
+  void close(const std::string& peer, std::int64_t id);
+  void closeAll(const std::string& peer);
+
+ private:
+  std::map<std::pair<std::string, std::int64_t>, std::shared_ptr<OutgoingStream>> fStreams;
+};
+
+// Thread-safe.
+class IncomingStreams {
+ public:
+  void add(std::int64_t id, std::shared_ptr<IncomingStream> stream);
+  void remove(std::int64_t id);
+  // False when nobody waits for it (any more).
+  bool receive(std::int64_t id, KyStreamReceiver::Item item);
+  void end(std::int64_t id, const std::string& why);
+  void endAll(const std::string& why);
+  // Ends those that nobody asks any more, and tells which.
+  std::vector<std::int64_t> endIdle();
+
+ private:
+  std::shared_ptr<IncomingStream> find(std::int64_t id) const;
+
+  mutable zu::Mutex fMutex;
+  std::map<std::int64_t, std::shared_ptr<IncomingStream>> fStreams ZU_GUARDED_BY(fMutex);
+};
+
+}  // namespace Ky

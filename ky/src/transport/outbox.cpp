@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "transport/outbox.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Ky {
+namespace {
+
+// Large messages that wait for a slow link; then it is no use to keep more.
+constexpr std::size_t kMostWaiting = 64;
+
+}  // namespace
+
+bool Outbox::add(Parts message, Time now) {
+  const std::size_t bytes = message.bytes();
+  if (bytes <= kSmall || !fIsPaced) return fSend(message);
+  if (fWaiting.size() >= kMostWaiting) return false;
+  fWaitingBytes += bytes;
+  fWaiting.push_back({std::move(message), {}});
+  pump(now);
+  return true;
+}
+
+void Outbox::addLater(Make make, Time now) {
+  fWaiting.push_back({{}, std::move(make)});
+  pump(now);
+}
+
+void Outbox::acknowledged(std::uint64_t total, Time now) {
+  fPace.acknowledged(total, now);
+  pump(now);
+}
+
+void Outbox::pump(Time now) {
+  while ((fCurrent || begin()) && sendSome(now)) {
+  }
+}
+
+// False when nothing waits.
+bool Outbox::begin() {
+  while (!fWaiting.empty()) {
+    Waiting waiting = std::move(fWaiting.front());
+    fWaiting.pop_front();
+    if (waiting.make) {
+      std::optional<Parts> made = waiting.make();
+      if (!made) continue;
+      fCurrent.emplace(std::move(*made));
+    } else {
+      fWaitingBytes -= waiting.message.bytes();
+      fCurrent.emplace(std::move(waiting.message));
+    }
+    return true;
+  }
+  return false;
+}
+
+// False when there is no room now.
+bool Outbox::sendSome(Time now) {
+  const std::size_t length = fPace.piece();
+  // What is longer than all the room goes while nothing else is on its way.
+  if (std::min(length, fCurrent->left()) > fPace.room() && fPace.inFlight() > 0) return false;
+  const bool isWhole = !fCurrent->isBegun() && fCurrent->left() <= length;
+  const Parts message = isWhole ? fCurrent->whole() : fCurrent->piece(length);
+  const std::size_t bytes = message.bytes();
+  if (!fSend(message)) return false;
+  if (!isWhole) fCurrent->sent(message);
+  if (isWhole || fCurrent->left() == 0) fCurrent.reset();
+  if (!isWhole || bytes > kSmall) fPace.sent(bytes, fWaiting.empty() && !fCurrent, now);
+  return true;
+}
+
+}  // namespace Ky

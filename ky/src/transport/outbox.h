@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: Apache-2.0
+// What waits to go out over one connection.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <optional>
+
+#include "transport/pace.h"
+#include "wire/pieces.h"
+
+namespace Ky {
+
+// Small messages go at once. Large ones go one after the other, no faster than the link carries
+// them and in pieces that it carries in a moment, so that a small one never waits for long: a call,
+// an answer or a sign of life is not behind pictures. Where the link is fast the pieces are larger
+// than any message, which then goes whole.
+//
+// The other end acknowledges what counts (see counts()) as it receives it. Thread-bound.
+class Outbox {
+ public:
+  using Time = Pace::Time;
+  // Hands a message to the socket; false when it can't take it now.
+  using Send = std::function<bool(const Parts&)>;
+  // Makes a large message when its turn has come; nothing when there is nothing to send any more.
+  using Make = std::function<std::optional<Parts>()>;
+
+  // Whether a message of this kind and size is acknowledged. Those that begin a connection never
+  // are: they don't go through here.
+  static bool counts(MessageKind kind, std::size_t bytes) {
+    if (kind == MessageKind::Hello || kind == MessageKind::Welcome) return false;
+    return kind == MessageKind::Piece || bytes > kSmall;
+  }
+
+  // `isPaced`: false for another end that acknowledges nothing; then everything goes at once.
+  explicit Outbox(Send send, bool isPaced = true) : fSend(std::move(send)), fIsPaced(isPaced) {}
+
+  // False when it was dropped: the socket can't take a small one, or too many large ones wait.
+  bool add(Parts message, Time now);
+  void addLater(Make make, Time now);
+  void acknowledged(std::uint64_t total, Time now);
+  // Sends what there is room for; to be called from time to time, in case the socket was full.
+  void pump(Time now);
+
+  // Bytes of messages that wait, but for those that are yet to be made.
+  std::size_t waitingBytes() const { return fWaitingBytes + (fCurrent ? fCurrent->left() : 0); }
+  const Pace& pace() const { return fPace; }
+
+ private:
+  static constexpr std::size_t kSmall = 8 * 1024;
+
+  struct Waiting {
+    Parts message;
+    Make make;  // instead of the message
+  };
+
+  bool begin();
+  bool sendSome(Time now);
+
+  const Send fSend;
+  const bool fIsPaced;
+  Pace fPace;
+  std::deque<Waiting> fWaiting;
+  std::size_t fWaitingBytes = 0;
+  std::optional<Cutter> fCurrent;
+};
+
+}  // namespace Ky

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "transport/outbox.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+using namespace Ky;
+using namespace std::chrono_literals;
+
+namespace {
+
+using Time = Outbox::Time;
+
+Parts small(const std::string& text) {
+  return {text, {}};
+}
+
+Parts large(std::size_t bytes, std::uint8_t byte = 0) {
+  return {"large", {KyBinary(std::vector<std::uint8_t>(bytes, byte))}};
+}
+
+// A connection whose other end is told by hand what has arrived.
+class Connection {
+ public:
+  // Acknowledges everything that counts and is on its way, some time later.
+  void arrive(Time::duration later) {
+    now += later;
+    for (; fArrived < sent.size(); ++fArrived) fCounted += countedBytes(sent[fArrived]);
+    outbox.acknowledged(fCounted, now);
+  }
+  // All of it, in a row.
+  void arriveAll(Time::duration later) {
+    for (int i = 0; i < 10'000 && fArrived < sent.size(); ++i) arrive(later);
+  }
+
+  bool isFull = false;
+  std::vector<Parts> sent;
+  Time now{1000s};
+  Outbox outbox{[this](const Parts& parts) {
+    if (!isFull) sent.push_back(parts);
+    return !isFull;
+  }};
+
+ private:
+  static bool isPiece(const Parts& parts) {
+    return parts.text != "large" && !parts.attachments.empty();
+  }
+  static std::size_t countedBytes(const Parts& parts) {
+    const auto kind = isPiece(parts) ? MessageKind::Piece : MessageKind::Result;
+    return Outbox::counts(kind, parts.bytes()) ? parts.bytes() : 0;
+  }
+
+  std::size_t fArrived = 0;
+  std::uint64_t fCounted = 0;
+};
+
+}  // namespace
+
+TEST(Outbox, SendsSmallMessagesAtOnceWhateverWaits) {
+  Connection on;
+  on.outbox.add(large(1'000'000), on.now);
+  const std::size_t before = on.sent.size();
+  EXPECT_TRUE(on.outbox.add(small("urgent"), on.now));
+  ASSERT_EQ(on.sent.size(), before + 1);
+  EXPECT_EQ(on.sent.back().text, "urgent");
+  EXPECT_GT(on.outbox.waitingBytes(), 900'000U);
+}
+
+TEST(Outbox, SendsNoMoreThanTheLinkIsKnownToCarry) {
+  Connection on;
+  on.outbox.add(large(1'000'000), on.now);
+  EXPECT_LE(on.outbox.pace().inFlight(), 64U * 1024);
+  EXPECT_GT(on.outbox.pace().inFlight(), 40U * 1024);
+  for (const Parts& piece : on.sent) EXPECT_LE(piece.bytes(), 17U * 1024);
+  on.arrive(50ms);
+  EXPECT_GT(on.outbox.pace().inFlight(), 40U * 1024);
+}
+
+TEST(Outbox, SendsALargeMessageWholeOnceTheLinkIsKnownToBeFast) {
+  Connection on;
+  on.outbox.add(large(20'000'000), on.now);
+  on.arriveAll(100us);
+  EXPECT_EQ(on.outbox.waitingBytes(), 0U);
+  const std::size_t before = on.sent.size();
+  on.outbox.add(large(1'000'000), on.now);
+  ASSERT_EQ(on.sent.size(), before + 1);
+  EXPECT_EQ(on.sent.back().text, "large");
+  EXPECT_EQ(on.sent.back().attachments[0].size(), 1'000'000U);
+}
+
+TEST(Outbox, SendsLargeMessagesInTheirOrderAndWhole) {
+  Connection on;
+  for (std::uint8_t i = 1; i <= 3; ++i) on.outbox.add(large(100'000, i), on.now);
+  on.arriveAll(10ms);
+  Joiner joiner({});
+  std::vector<int> order;
+  for (const Parts& parts : on.sent) {
+    const auto joined = joiner.add(
+        decode(parts.text.data(), parts.text.size(), parts.attachments, {}), parts.attachments);
+    if (!joined) continue;
+    EXPECT_EQ(joined->attachments[0].size(), 100'000U);
+    order.push_back(joined->attachments[0].data()[99'999]);
+  }
+  EXPECT_EQ(order, (std::vector<int>{1, 2, 3}));
+}
+
+TEST(Outbox, MakesAMessageOnlyWhenItsTurnHasCome) {
+  Connection on;
+  on.outbox.add(large(1'000'000), on.now);
+  int made = 0;
+  on.outbox.addLater(
+      [&] {
+        ++made;
+        return large(10'000, 9);
+      },
+      on.now);
+  on.outbox.addLater([] { return std::nullopt; }, on.now);
+  EXPECT_EQ(made, 0);
+  on.arriveAll(10ms);
+  EXPECT_EQ(made, 1);
+  EXPECT_EQ(on.sent.back().attachments.back().data()[0], 9);
+}
+
+TEST(Outbox, KeepsWhatTheSocketDoesNotTakeNow) {
+  Connection on;
+  on.isFull = true;
+  EXPECT_FALSE(on.outbox.add(small("lost"), on.now));
+  EXPECT_TRUE(on.outbox.add(large(20'000), on.now));
+  EXPECT_TRUE(on.sent.empty());
+  on.isFull = false;
+  on.outbox.pump(on.now);
+  on.arriveAll(10ms);
+  EXPECT_EQ(on.outbox.waitingBytes(), 0U);
+}
+
+TEST(Outbox, RefusesWhatWouldPileUp) {
+  Connection on;
+  int taken = 0;
+  for (int i = 0; i < 1000; ++i) taken += on.outbox.add(large(100'000), on.now) ? 1 : 0;
+  EXPECT_LT(taken, 100);
+  EXPECT_GT(taken, 10);
+}
