@@ -20,6 +20,21 @@ Parts large(std::size_t bytes, std::uint8_t byte = 0) {
   return {"large", {KyBinary(std::vector<std::uint8_t>(bytes, byte))}};
 }
 
+// What is made when its turn has come.
+struct Latest : Outbox::Later {
+  explicit Latest(std::optional<Parts> parts) : message(std::move(parts)) {}
+  std::optional<Parts> make() override {
+    ++made;
+    return message;
+  }
+  bool isWanted() const override { return wanted; }
+  void over() override { ++ended; }
+  std::optional<Parts> message;
+  bool wanted = true;
+  int made = 0;
+  int ended = 0;
+};
+
 // A connection whose other end is told by hand what has arrived.
 class Connection {
  public:
@@ -108,18 +123,28 @@ TEST(Outbox, SendsLargeMessagesInTheirOrderAndWhole) {
 TEST(Outbox, MakesAMessageOnlyWhenItsTurnHasCome) {
   Connection on;
   on.outbox.add(large(1'000'000), on.now);
-  int made = 0;
-  on.outbox.addLater(
-      [&] {
-        ++made;
-        return large(10'000, 9);
-      },
-      on.now);
-  on.outbox.addLater([] { return std::nullopt; }, on.now);
-  EXPECT_EQ(made, 0);
+  const auto later = std::make_shared<Latest>(large(10'000, 9));
+  on.outbox.addLater(later, on.now);
+  on.outbox.addLater(std::make_shared<Latest>(std::nullopt), on.now);
+  EXPECT_EQ(later->made, 0);
   on.arriveAll(10ms);
-  EXPECT_EQ(made, 1);
+  EXPECT_EQ(later->made, 1);
+  EXPECT_EQ(later->ended, 1);
   EXPECT_EQ(on.sent.back().attachments.back().data()[0], 9);
+}
+
+TEST(Outbox, GivesUpInTheMiddleWhatIsNotWantedAnyMore) {
+  Connection on;
+  const auto later = std::make_shared<Latest>(large(1'000'000));
+  on.outbox.addLater(later, on.now);
+  on.arrive(10ms);
+  ASSERT_EQ(later->ended, 0);
+  later->wanted = false;
+  on.outbox.addLater(std::make_shared<Latest>(large(10'000, 9)), on.now);
+  EXPECT_EQ(later->ended, 1);
+  on.arriveAll(10ms);
+  EXPECT_EQ(on.sent.back().attachments.back().data()[0], 9);
+  EXPECT_EQ(on.outbox.waitingBytes(), 0U);
 }
 
 TEST(Outbox, KeepsWhatTheSocketDoesNotTakeNow) {

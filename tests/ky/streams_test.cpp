@@ -144,6 +144,39 @@ TEST_F(StreamsTest, KeepsAsManyAsWasAskedFor) {
   EXPECT_FALSE(stream->next(0ms));
 }
 
+TEST_F(StreamsTest, TheBrokerSaysWhatTheyCarryInTheWordsOfTheReceiver) {
+  EXPECT_TRUE(desktop->statistics().streams.empty());
+  auto stream = open(*desktop);
+  EXPECT_TRUE(desktop->statistics().streams.empty());
+  stream->describe("exact");
+  EXPECT_EQ(desktop->statistics().streams, std::vector<std::string>{"exact"});
+  stream.reset();
+  EXPECT_TRUE(desktop->statistics().streams.empty());
+}
+
+TEST_F(StreamsTest, TheSenderIsIdleWhenTheLastValueHasGoneOut) {
+  auto stream = open(*desktop);
+  const auto sender = source->to("desktop");
+  EXPECT_TRUE(sender->isIdle());
+  sender->send(bytes(100'000, 1));
+  ASSERT_TRUE(stream->next(3s));
+  EXPECT_TRUE(waitUntil([&] { return sender->isIdle(); }));
+}
+
+TEST_F(StreamsTest, WhatIsAbandonedIsLostAndTheNextArrives) {
+  auto stream = open(*desktop);
+  const auto sender = source->to("desktop");
+  // More than goes out at once on a link of which nothing is known.
+  sender->send(bytes(4'000'000, 1));
+  sender->abandon();
+  sender->send(bytes(100'000, 2));
+  auto item = stream->next(3s);
+  ASSERT_TRUE(item);
+  if (sender->lost() == 0) item = stream->next(3s);  // the link was faster
+  ASSERT_TRUE(item);
+  EXPECT_EQ(item->value.asBinary().data()[0], 2);
+}
+
 TEST_F(StreamsTest, EachPeerHasItsOwn) {
   const auto other = connect("other");
   const auto first = open(*desktop);

@@ -12,6 +12,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -23,6 +24,7 @@
 #include "ky/peer.h"
 #include "ky/stream.h"
 #include "ky/value.h"
+#include "zu/mutex.h"
 
 namespace Ky {
 
@@ -105,6 +107,9 @@ struct KyStatistics {
   // the module mute.
   std::uint64_t unanswered = 0;
   int mute = 0;  // modules of the parent's that are mute now, see KyBroker::call()
+  // What the streams that come in carry, in the words of those who receive them (see
+  // KyStreamReceiver::describe()); the oldest stream first.
+  std::vector<std::string> streams;
 };
 
 // Stops listening when destroyed; after that the callback is not running.
@@ -159,6 +164,11 @@ class KyBroker : public boost::enable_shared_from_this<KyBroker> {
   std::unique_ptr<KyStreamReceiver> receiveStream(
       std::size_t depth = 1, std::optional<std::chrono::milliseconds> idle = std::nullopt);
 
+  // What the user of this program wishes where there is a choice ("KyVideoDevice.pictures":
+  // "exact"); whoever has the choice looks it up and says so. Empty where nothing was set.
+  void setPreference(const std::string& name, const std::string& value);
+  std::string preference(const std::string& name) const;
+
   // Makes a module callable from everywhere and keeps it alive. Throws KyError when this broker
   // has a module of that name already. Modules call these through KyModule::createModule().
   void registerModule(boost::shared_ptr<KyModule> module);
@@ -188,6 +198,8 @@ class KyBroker : public boost::enable_shared_from_this<KyBroker> {
   friend class KyAhead;
   explicit KyBroker(std::unique_ptr<BrokerCore> core);
   std::unique_ptr<BrokerCore> fCore;
+  mutable zu::Mutex fPreferencesMutex;
+  std::map<std::string, std::string> fPreferences ZU_GUARDED_BY(fPreferencesMutex);
 };
 
 }  // namespace Ky

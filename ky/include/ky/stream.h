@@ -40,6 +40,10 @@ class KyStreamSender {
   void send(KyValue value);
   // Whether nothing waits: a value that is sent now takes nobody's place.
   bool isFree() const;
+  // Whether nothing waits and what was sent last has gone out whole: the link has time.
+  bool isIdle() const;
+  // Gives up what waits, and what has gone out in part. It counts as lost.
+  void abandon();
   // How many values did not arrive for sure: another took their place, or the connection broke.
   std::uint64_t lost() const;
   // The receiver wants no more, or is gone. What is sent then goes nowhere.
@@ -79,6 +83,9 @@ class KyStreamReceiver {
   // Why no more will come: the sender ended it, the robot is lost, or nobody asked for the next
   // for as long as was said. Empty while more may.
   std::string ended() const;
+  // Says in the user's words what comes ("exact", ...), for KyStatistics::streams. Empty: nothing
+  // worth a word.
+  void describe(const std::string& text);
 
  private:
   const std::int64_t fId;

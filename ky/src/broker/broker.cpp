@@ -84,6 +84,17 @@ std::unique_ptr<KyStreamReceiver> KyBroker::receiveStream(
   });
 }
 
+void KyBroker::setPreference(const std::string& name, const std::string& value) {
+  const zu::MutexLock guard(fPreferencesMutex);
+  fPreferences[name] = value;
+}
+
+std::string KyBroker::preference(const std::string& name) const {
+  const zu::MutexLock guard(fPreferencesMutex);
+  const auto found = fPreferences.find(name);
+  return found == fPreferences.end() ? std::string() : found->second;
+}
+
 void KyBroker::registerModule(boost::shared_ptr<KyModule> module) {
   const std::string name = module->getName();
   fCore->localModules().add(std::move(module));

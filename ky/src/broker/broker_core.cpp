@@ -39,7 +39,7 @@ void BrokerCore::setCommonOptions(zmq::socket_t& socket) const {
 }
 
 KyStatistics BrokerCore::statistics() const {
-  return {fBytesIn, fBytesOut, std::chrono::microseconds(fRoundTrip.load()), 0, 0};
+  return {fBytesIn, fBytesOut, std::chrono::microseconds(fRoundTrip.load()), 0, 0, {}};
 }
 
 bool BrokerCore::offers(const std::string& offer) const {

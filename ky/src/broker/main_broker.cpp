@@ -81,7 +81,7 @@ std::unique_ptr<KyConnectionListener> MainBroker::onConnection(
 }
 
 std::shared_ptr<OutgoingStream> MainBroker::openOutgoing(const std::string& peer, std::int64_t id) {
-  auto stream = std::make_shared<OutgoingStream>(peer, id);
+  auto stream = std::make_shared<OutgoingStream>(peer, id, fOptions.limits);
   const bool isPosted = post([this, stream] {
     const auto route = fRoutes.find(stream->peer);
     if (route != fRoutes.end() && !fPeers.at(route->second).isSimple)
@@ -97,7 +97,7 @@ void MainBroker::streamWaits(const std::shared_ptr<OutgoingStream>& stream) {
   post([this, stream] {
     const auto route = fRoutes.find(stream->peer);
     if (stream->isClosed || route == fRoutes.end()) return;
-    OutgoingStreams::queue(stream, fPeers.at(route->second).link.outbox(), fOptions.limits);
+    OutgoingStreams::queue(stream, fPeers.at(route->second).link.outbox());
     noteGone();
   });
 }
@@ -272,7 +272,7 @@ void MainBroker::welcome(const std::string& route, const Message& hello) {
   welcome.fields[0] = version;
   if (isSimple) welcome.fields.pop_back();
   transmit(route, encode(std::move(welcome), fOptions.limits));
-  if (isBack) fStreams.goOn(id, peer.link.outbox(), fOptions.limits);
+  if (isBack) fStreams.goOn(id, peer.link.outbox());
   noteGone();
   sayOffers();
 }

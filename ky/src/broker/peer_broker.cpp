@@ -111,6 +111,7 @@ KyStatistics PeerBroker::statistics() const {
   KyStatistics statistics = BrokerCore::statistics();
   statistics.unanswered = fUnanswered;
   statistics.mute = fMute.count();
+  statistics.streams = fStreams.descriptions();
   return statistics;
 }
 

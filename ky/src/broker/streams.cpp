@@ -7,29 +7,33 @@
 #include "zu/log.h"
 
 namespace Ky {
-namespace {
+// ---- one that goes out
 
-// The newest value as a message; nothing when the stream was closed meanwhile.
-std::optional<Parts> take(OutgoingStream& stream, const KyLimits& limits) {
+std::optional<Parts> OutgoingStream::make() {
   std::optional<KyValue> value;
-  std::int64_t number = 0;
+  std::int64_t taken = 0;
   {
-    const zu::MutexLock guard(stream.mutex);
-    stream.isQueued = false;
-    value = std::exchange(stream.newest, std::nullopt);
-    number = ++stream.number;
+    const zu::MutexLock guard(mutex);
+    isQueued = false;
+    isAbandoned = false;
+    value = std::exchange(newest, std::nullopt);
+    if (!value || isClosed) return std::nullopt;
+    isUnderWay = true;
+    taken = ++number;
   }
-  if (!value || stream.isClosed) return std::nullopt;
   try {
-    return encode(itemMessage(stream.id, number, std::move(*value)), limits);
+    return encode(itemMessage(id, taken, std::move(*value)), limits);
   } catch (const KyError& error) {
-    ++stream.lost;
+    ++lost;
+    isUnderWay = false;
     zu::log::error("ky", "stream") << "a value can't be sent: " << error.what();
     return std::nullopt;
   }
 }
 
-}  // namespace
+void OutgoingStream::over() {
+  isUnderWay = false;
+}
 
 // ---- outgoing
 
@@ -45,10 +49,8 @@ void OutgoingStreams::remove(const std::shared_ptr<OutgoingStream>& stream) {
   if (known != fStreams.end() && known->second == stream) fStreams.erase(known);
 }
 
-void OutgoingStreams::queue(const std::shared_ptr<OutgoingStream>& stream, Outbox& outbox,
-                            const KyLimits& limits) {
-  outbox.addLater([stream, limits] { return take(*stream, limits); },
-                  std::chrono::steady_clock::now());
+void OutgoingStreams::queue(const std::shared_ptr<OutgoingStream>& stream, Outbox& outbox) {
+  outbox.addLater(stream, std::chrono::steady_clock::now());
 }
 
 void OutgoingStreams::tell(const std::string& peer, const Pace& pace) const {
@@ -59,7 +61,7 @@ void OutgoingStreams::tell(const std::string& peer, const Pace& pace) const {
   }
 }
 
-void OutgoingStreams::goOn(const std::string& peer, Outbox& outbox, const KyLimits& limits) {
+void OutgoingStreams::goOn(const std::string& peer, Outbox& outbox) {
   for (auto at = fStreams.lower_bound({peer, 0}); at != fStreams.end() && at->first.first == peer;
        ++at) {
     ++at->second->lost;
@@ -69,7 +71,8 @@ void OutgoingStreams::goOn(const std::string& peer, Outbox& outbox, const KyLimi
       isWaiting = at->second->newest.has_value();
       at->second->isQueued = isWaiting;
     }
-    if (isWaiting) queue(at->second, outbox, limits);
+    at->second->isUnderWay = false;
+    if (isWaiting) queue(at->second, outbox);
   }
 }
 
@@ -149,6 +152,16 @@ std::vector<std::int64_t> IncomingStreams::endIdle() {
   return idle;
 }
 
+std::vector<std::string> IncomingStreams::descriptions() const {
+  std::vector<std::string> all;
+  const zu::MutexLock guard(fMutex);
+  for (const auto& [id, stream] : fStreams) {
+    const zu::MutexLock ofStream(stream->mutex);
+    if (stream->ended.empty() && !stream->description.empty()) all.push_back(stream->description);
+  }
+  return all;
+}
+
 // ---- what the users hold
 
 KyStreamSender::KyStreamSender(std::shared_ptr<OutgoingStream> stream,
@@ -174,6 +187,21 @@ void KyStreamSender::send(KyValue value) {
 bool KyStreamSender::isFree() const {
   const zu::MutexLock guard(fStream->mutex);
   return !fStream->newest;
+}
+
+bool KyStreamSender::isIdle() const {
+  const zu::MutexLock guard(fStream->mutex);
+  return !fStream->newest && !fStream->isUnderWay;
+}
+
+void KyStreamSender::abandon() {
+  {
+    const zu::MutexLock guard(fStream->mutex);
+    if (std::exchange(fStream->newest, std::nullopt)) ++fStream->lost;
+    if (!fStream->isUnderWay || fStream->isAbandoned.exchange(true)) return;
+    ++fStream->lost;
+  }
+  fOnWaiting();
 }
 
 std::uint64_t KyStreamSender::lost() const {
@@ -218,6 +246,11 @@ std::optional<KyStreamReceiver::Item> KyStreamReceiver::next(std::chrono::millis
 std::string KyStreamReceiver::ended() const {
   const zu::MutexLock guard(fStream->mutex);
   return fStream->ended;
+}
+
+void KyStreamReceiver::describe(const std::string& text) {
+  const zu::MutexLock guard(fStream->mutex);
+  fStream->description = text;
 }
 
 }  // namespace Ky

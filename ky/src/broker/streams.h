@@ -18,16 +18,24 @@
 
 namespace Ky {
 
-// What the sender's threads and the io thread share.
-struct OutgoingStream {
-  OutgoingStream(std::string toPeer, std::int64_t underId) : peer(std::move(toPeer)), id(underId) {}
+// What the sender's threads and the io thread share; the outbox asks it for the newest value.
+struct OutgoingStream : Outbox::Later {
+  OutgoingStream(std::string toPeer, std::int64_t underId, const KyLimits& ofMessages)
+      : peer(std::move(toPeer)), id(underId), limits(ofMessages) {}
+  std::optional<Parts> make() override;
+  bool isWanted() const override { return !isClosed && !isAbandoned; }
+  void over() override;
+
   const std::string peer;  // its id
   const std::int64_t id;
+  const KyLimits limits;
 
   mutable zu::Mutex mutex;
   std::optional<KyValue> newest ZU_GUARDED_BY(mutex);
   bool isQueued ZU_GUARDED_BY(mutex) = false;  // the outbox will ask for the newest
   std::int64_t number ZU_GUARDED_BY(mutex) = 0;
+  std::atomic<bool> isUnderWay{false};   // some of a value has gone out
+  std::atomic<bool> isAbandoned{false};  // that value is not wanted any more
   std::atomic<std::uint64_t> lost{0};
   std::atomic<bool> isClosed{false};
   std::atomic<double> bytesPerSecond{0};
@@ -45,6 +53,7 @@ struct IncomingStream {
   std::deque<KyStreamReceiver::Item> items ZU_GUARDED_BY(mutex);
   std::int64_t newest ZU_GUARDED_BY(mutex) = 0;  // number
   std::string ended ZU_GUARDED_BY(mutex);
+  std::string description ZU_GUARDED_BY(mutex);
   std::chrono::steady_clock::time_point asked ZU_GUARDED_BY(mutex) =
       std::chrono::steady_clock::now();
 };
@@ -56,12 +65,11 @@ class OutgoingStreams {
   void add(std::shared_ptr<OutgoingStream> stream);
   void remove(const std::shared_ptr<OutgoingStream>& stream);
   // A value waits for the peer's outbox.
-  static void queue(const std::shared_ptr<OutgoingStream>& stream, Outbox& outbox,
-                    const KyLimits& limits);
+  static void queue(const std::shared_ptr<OutgoingStream>& stream, Outbox& outbox);
   // The link was measured.
   void tell(const std::string& peer, const Pace& pace) const;
   // The peer is there again, over another connection: what was under way is lost.
-  void goOn(const std::string& peer, Outbox& outbox, const KyLimits& limits);
+  void goOn(const std::string& peer, Outbox& outbox);
   // The peer wants no more of it, or is gone.
   void close(const std::string& peer, std::int64_t id);
   void closeAll(const std::string& peer);
@@ -81,6 +89,8 @@ class IncomingStreams {
   void endAll(const std::string& why);
   // Ends those that nobody asks any more, and tells which.
   std::vector<std::int64_t> endIdle();
+  // What they carry, by id.
+  std::vector<std::string> descriptions() const;
 
  private:
   std::shared_ptr<IncomingStream> find(std::int64_t id) const;

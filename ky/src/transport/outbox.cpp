@@ -22,8 +22,8 @@ bool Outbox::add(Parts message, Time now) {
   return true;
 }
 
-void Outbox::addLater(Make make, Time now) {
-  fWaiting.push_back({{}, std::move(make)});
+void Outbox::addLater(std::shared_ptr<Later> later, Time now) {
+  fWaiting.push_back({{}, std::move(later)});
   pump(now);
 }
 
@@ -33,6 +33,7 @@ void Outbox::acknowledged(std::uint64_t total, Time now) {
 }
 
 void Outbox::pump(Time now) {
+  if (fCurrentLater && !fCurrentLater->isWanted()) endCurrent();
   while ((fCurrent || begin()) && sendSome(now)) {
   }
 }
@@ -42,10 +43,11 @@ bool Outbox::begin() {
   while (!fWaiting.empty()) {
     Waiting waiting = std::move(fWaiting.front());
     fWaiting.pop_front();
-    if (waiting.make) {
-      std::optional<Parts> made = waiting.make();
+    if (waiting.later) {
+      std::optional<Parts> made = waiting.later->make();
       if (!made) continue;
       fCurrent.emplace(std::move(*made));
+      fCurrentLater = std::move(waiting.later);
     } else {
       fWaitingBytes -= waiting.message.bytes();
       fCurrent.emplace(std::move(waiting.message));
@@ -53,6 +55,12 @@ bool Outbox::begin() {
     return true;
   }
   return false;
+}
+
+// The other end forgets what of it has gone out when the next begins.
+void Outbox::endCurrent() {
+  fCurrent.reset();
+  if (fCurrentLater) std::exchange(fCurrentLater, nullptr)->over();
 }
 
 // False when there is no room now.
@@ -65,7 +73,7 @@ bool Outbox::sendSome(Time now) {
   const std::size_t bytes = message.bytes();
   if (!fSend(message)) return false;
   if (!isWhole) fCurrent->sent(message);
-  if (isWhole || fCurrent->left() == 0) fCurrent.reset();
+  if (isWhole || fCurrent->left() == 0) endCurrent();
   if (!isWhole || bytes > kSmall) fPace.sent(bytes, fWaiting.empty() && !fCurrent, now);
   return true;
 }

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <optional>
 
 #include "transport/pace.h"
@@ -24,8 +25,17 @@ class Outbox {
   using Time = Pace::Time;
   // Hands a message to the socket; false when it can't take it now.
   using Send = std::function<bool(const Parts&)>;
-  // Makes a large message when its turn has come; nothing when there is nothing to send any more.
-  using Make = std::function<std::optional<Parts>()>;
+  // A large message that is made when its turn has come.
+  class Later {
+   public:
+    virtual ~Later() = default;
+    // Nothing when there is nothing to send any more.
+    virtual std::optional<Parts> make() = 0;
+    // Asked before each piece: what is not wanted any more is given up.
+    virtual bool isWanted() const = 0;
+    // It has gone out, or was given up.
+    virtual void over() = 0;
+  };
 
   // Whether a message of this kind and size is acknowledged. Those that begin a connection never
   // are: they don't go through here.
@@ -39,7 +49,7 @@ class Outbox {
 
   // False when it was dropped: the socket can't take a small one, or too many large ones wait.
   bool add(Parts message, Time now);
-  void addLater(Make make, Time now);
+  void addLater(std::shared_ptr<Later> later, Time now);
   void acknowledged(std::uint64_t total, Time now);
   // Sends what there is room for; to be called from time to time, in case the socket was full.
   void pump(Time now);
@@ -53,10 +63,11 @@ class Outbox {
 
   struct Waiting {
     Parts message;
-    Make make;  // instead of the message
+    std::shared_ptr<Later> later;  // instead of the message
   };
 
   bool begin();
+  void endCurrent();
   bool sendSome(Time now);
 
   const Send fSend;
@@ -65,6 +76,7 @@ class Outbox {
   std::deque<Waiting> fWaiting;
   std::size_t fWaitingBytes = 0;
   std::optional<Cutter> fCurrent;
+  std::shared_ptr<Later> fCurrentLater;  // of which it is; null for a message that was there
 };
 
 }  // namespace Ky
