@@ -23,7 +23,7 @@ TEST(Message, ComesBackAsItWent) {
       pongMessage(1),
       byeMessage("why"),
       offersMessage(KyValue::array({"A.more"})),
-      pieceMessage({7, 8}),
+      pieceMessage(15, {7, 8}),
       receivedMessage(1000),
       itemMessage(3, 1, "value"),
       endMessage(3, "why"),

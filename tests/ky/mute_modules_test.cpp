@@ -8,6 +8,7 @@
 #include "error_of_call.h"
 #include "ky/broker.h"
 #include "ky/module.h"
+#include "support/link.h"
 #include "support/wait.h"
 
 using namespace Ky;
@@ -81,4 +82,23 @@ TEST_F(MuteModule, IsNotWhoOnlyMissedAShortDeadline) {
   EXPECT_NE(call("hang", 50ms).find("no answer within 50 ms"), std::string::npos);
   module->release.set_value();
   EXPECT_EQ(call("count", 60s), "no error");
+}
+
+TEST_F(MuteModule, IsAskedAgainWhenTheQuestionWasLost) {
+  Link link(robot->address().port);
+  KyBrokerOptions options;
+  options.name = "far";
+  options.parent = KyAddress{"127.0.0.1", link.port()};
+  options.patience.call = 200ms;
+  options.patience.silence = 10s;
+  const auto far = KyBroker::create(options);
+  const auto count = [&] { return errorOfCall([&] { far->call("Stuck", "count", {}, 200ms); }); };
+  ASSERT_EQ(count(), "no error");
+  link.set(LinkWay::ToRobot, {.damage = LinkDamage::Swallow});
+  EXPECT_NE(count().find("no answer within 200 ms"), std::string::npos);
+  const auto before = far->statistics().bytesOut;
+  EXPECT_TRUE(waitUntil([&] { return far->statistics().bytesOut > before; }));
+  link.set({});
+  EXPECT_TRUE(waitUntil([&] { return count() == "no error"; }));
+  far->shutdown();
 }

@@ -38,11 +38,19 @@ struct Latest : Outbox::Later {
 // A connection whose other end is told by hand what has arrived.
 class Connection {
  public:
-  // Acknowledges everything that counts and is on its way, some time later.
+  // Acknowledges everything that is on its way, some time later.
   void arrive(Time::duration later) {
     now += later;
-    for (; fArrived < sent.size(); ++fArrived) fCounted += countedBytes(sent[fArrived]);
-    outbox.acknowledged(fCounted, now);
+    for (; fArrived < sent.size(); ++fArrived)
+      if (const auto& parts = sent[fArrived]; isPiece(parts))
+        fNewest = static_cast<std::uint64_t>(
+            decode(parts.text.data(), parts.text.size(), parts.attachments, {}).id());
+    outbox.acknowledged(fNewest, now);
+  }
+  // What is on its way gets lost.
+  void forget() {
+    sent.clear();
+    fArrived = 0;
   }
   // All of it, in a row.
   void arriveAll(Time::duration later) {
@@ -58,16 +66,10 @@ class Connection {
   }};
 
  private:
-  static bool isPiece(const Parts& parts) {
-    return parts.text != "large" && !parts.attachments.empty();
-  }
-  static std::size_t countedBytes(const Parts& parts) {
-    const auto kind = isPiece(parts) ? MessageKind::Piece : MessageKind::Result;
-    return Outbox::counts(kind, parts.bytes()) ? parts.bytes() : 0;
-  }
+  static bool isPiece(const Parts& parts) { return !parts.attachments.empty(); }
 
   std::size_t fArrived = 0;
-  std::uint64_t fCounted = 0;
+  std::uint64_t fNewest = 0;
 };
 
 }  // namespace
@@ -92,7 +94,7 @@ TEST(Outbox, SendsNoMoreThanTheLinkIsKnownToCarry) {
   EXPECT_GT(on.outbox.pace().inFlight(), 40U * 1024);
 }
 
-TEST(Outbox, SendsALargeMessageWholeOnceTheLinkIsKnownToBeFast) {
+TEST(Outbox, SendsALargeMessageInOnePieceOnceTheLinkIsKnownToBeFast) {
   Connection on;
   on.outbox.add(large(20'000'000), on.now);
   on.arriveAll(100us);
@@ -100,8 +102,8 @@ TEST(Outbox, SendsALargeMessageWholeOnceTheLinkIsKnownToBeFast) {
   const std::size_t before = on.sent.size();
   on.outbox.add(large(1'000'000), on.now);
   ASSERT_EQ(on.sent.size(), before + 1);
-  EXPECT_EQ(on.sent.back().text, "large");
-  EXPECT_EQ(on.sent.back().attachments[0].size(), 1'000'000U);
+  ASSERT_EQ(on.sent.back().attachments.size(), 2U);
+  EXPECT_EQ(on.sent.back().attachments[1].size(), 1'000'000U);
 }
 
 TEST(Outbox, SendsLargeMessagesInTheirOrderAndWhole) {
@@ -157,6 +159,43 @@ TEST(Outbox, KeepsWhatTheSocketDoesNotTakeNow) {
   on.outbox.pump(on.now);
   on.arriveAll(10ms);
   EXPECT_EQ(on.outbox.waitingBytes(), 0U);
+}
+
+TEST(Outbox, GoesOnAfterWhatWasOnItsWayIsLost) {
+  Connection on;
+  on.outbox.add(large(1'000'000), on.now);
+  on.forget();
+  on.now += 900ms;
+  on.outbox.pump(on.now);
+  EXPECT_TRUE(on.sent.empty()) << "it may still come";
+  on.now += 200ms;
+  on.outbox.pump(on.now);
+  EXPECT_FALSE(on.sent.empty());
+  on.arriveAll(10ms);
+  EXPECT_EQ(on.outbox.waitingBytes(), 0U);
+}
+
+TEST(Outbox, GoesOnAtTheSameRateWhenSomeOfItWasLost) {
+  Connection on;
+  on.outbox.add(large(1'000'000), on.now);
+  on.arrive(50ms);
+  on.forget();  // what was sent then; what is sent afterwards arrives
+  on.now += 2s;
+  on.outbox.pump(on.now);
+  on.arrive(50ms);
+  EXPECT_GT(on.outbox.pace().inFlight(), 40U * 1024);
+}
+
+TEST(Outbox, RestsWithLargeMessagesAndNotWithSmallOnes) {
+  Connection on;
+  on.outbox.rest(true);
+  on.outbox.add(large(100'000), on.now);
+  on.outbox.add(small("urgent"), on.now);
+  ASSERT_EQ(on.sent.size(), 1U);
+  EXPECT_EQ(on.sent.back().text, "urgent");
+  on.outbox.rest(false);
+  on.outbox.pump(on.now);
+  EXPECT_GT(on.sent.size(), 1U);
 }
 
 TEST(Outbox, RefusesWhatWouldPileUp) {

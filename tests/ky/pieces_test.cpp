@@ -34,7 +34,7 @@ std::string textOf(const KyBinary& binary) {
 }
 
 Message pieceOf(KyValue::Array sizes) {
-  return pieceMessage(std::move(sizes));
+  return pieceMessage(10, std::move(sizes));
 }
 
 struct Case {
@@ -58,10 +58,12 @@ TEST_P(PiecesOf, AreWholeAgainAtTheOtherEnd) {
   Cutter cutter(whole);
   Joiner joiner({});
   std::optional<Joined> joined;
+  std::uint64_t before = 0;
   for (int i = 0; i < 10'000 && cutter.left() > 0; ++i) {
     ASSERT_FALSE(joined);
-    const Parts piece = cutter.piece(GetParam().length);
+    const Parts piece = cutter.piece(GetParam().length, before);
     cutter.sent(piece);
+    before += bytesOf(piece.attachments);
     joined = add(joiner, piece);
   }
   ASSERT_TRUE(joined);
@@ -72,13 +74,13 @@ TEST_P(PiecesOf, AreWholeAgainAtTheOtherEnd) {
 TEST(Pieces, ThatWereNotSentCanBeCutAgainInAnotherLength) {
   const Parts whole = message(10, {9000});
   Cutter cutter(whole);
-  cutter.piece(5000);
+  cutter.piece(5000, 0);
   EXPECT_EQ(cutter.left(), 9010U);
-  const Parts first = cutter.piece(100);
+  const Parts first = cutter.piece(100, 0);
   cutter.sent(first);
   Joiner joiner({});
   EXPECT_FALSE(add(joiner, first));
-  const Parts rest = cutter.piece(100'000);
+  const Parts rest = cutter.piece(100'000, 100);
   const auto joined = add(joiner, rest);
   ASSERT_TRUE(joined);
   EXPECT_EQ(joined->attachments, whole.attachments);
@@ -87,12 +89,30 @@ TEST(Pieces, ThatWereNotSentCanBeCutAgainInAnotherLength) {
 TEST(Pieces, AMessageThatIsBegunAnewForgetsTheOneBefore) {
   Joiner joiner({});
   Cutter broken(message(10, {9000}));
-  add(joiner, broken.piece(100));
+  add(joiner, broken.piece(100, 0));
   const Parts whole = message(20, {5000});
   Cutter cutter(whole);
-  const auto joined = add(joiner, cutter.piece(100'000));
+  const auto joined = add(joiner, cutter.piece(100'000, 100));
   ASSERT_TRUE(joined);
   EXPECT_EQ(textOf(joined->text), whole.text);
+}
+
+TEST(Pieces, BehindAHoleAreRefusedUntilAMessageBegins) {
+  Joiner joiner({});
+  Cutter cutter(message(10, {9000}));
+  std::vector<Parts> pieces;
+  std::uint64_t before = 0;
+  while (cutter.left() > 0) {
+    pieces.push_back(cutter.piece(3000, before));
+    cutter.sent(pieces.back());
+    before += bytesOf(pieces.back().attachments);
+  }
+  ASSERT_EQ(pieces.size(), 4U);
+  add(joiner, pieces[0]);
+  EXPECT_THROW(add(joiner, pieces[2]), KyError);
+  EXPECT_THROW(add(joiner, pieces[3]), KyError);
+  Cutter next(message(20, {100}));
+  EXPECT_TRUE(add(joiner, next.piece(1000, before + 50)));
 }
 
 TEST(Pieces, OfNothingAreRefused) {

@@ -8,6 +8,7 @@
 
 #include "ky/address.h"
 #include "wire/message.h"
+#include "wire/pieces.h"
 
 // Thread-bound.
 class RawPeer {
@@ -22,16 +23,25 @@ class RawPeer {
   void sendText(const std::string& text) { fSocket.send(zmq::buffer(text)); }
   zmq::socket_t& socket() { return fSocket; }
 
-  // The next message; nothing when none comes.
+  // The next message, whole; nothing when none comes. Acknowledges pieces.
   std::optional<Ky::Message> receive() {
-    zmq::message_t text;
-    if (!fSocket.recv(text)) return std::nullopt;
-    std::vector<Ky::KyBinary> attachments;
-    for (zmq::message_t attachment; fSocket.get(zmq::sockopt::rcvmore);) {
-      if (!fSocket.recv(attachment)) return std::nullopt;
-      attachments.push_back(Ky::KyBinary::copyOf(attachment.data(), attachment.size()));
+    for (int i = 0; i < kMostPieces; ++i) {
+      zmq::message_t text;
+      if (!fSocket.recv(text)) return std::nullopt;
+      std::vector<Ky::KyBinary> attachments;
+      for (zmq::message_t attachment; fSocket.get(zmq::sockopt::rcvmore);) {
+        if (!fSocket.recv(attachment)) return std::nullopt;
+        attachments.push_back(Ky::KyBinary::copyOf(attachment.data(), attachment.size()));
+      }
+      Ky::Message message = Ky::decode(text.data<char>(), text.size(), attachments, {});
+      if (message.kind != Ky::MessageKind::Piece) return message;
+      send(Ky::receivedMessage(message.id()));
+      const auto joined = fJoiner.add(message, std::move(attachments));
+      if (joined)
+        return Ky::decode(reinterpret_cast<const char*>(joined->text.data()), joined->text.size(),
+                          joined->attachments, {});
     }
-    return Ky::decode(text.data<char>(), text.size(), attachments, {});
+    return std::nullopt;
   }
   // Says hello and waits for the welcome.
   bool join(const std::string& id = "raw", const std::vector<std::string>& modules = {}) {
@@ -41,6 +51,9 @@ class RawPeer {
   }
 
  private:
+  static constexpr int kMostPieces = 10'000;
+
+  Ky::Joiner fJoiner{{}};
   zmq::context_t fContext;
   zmq::socket_t fSocket{fContext, zmq::socket_type::dealer};
 };

@@ -8,6 +8,8 @@
 #include "ky/module.h"
 #include "ky/proxy.h"
 #include "raw_peer.h"
+#include "support/link.h"
+#include "support/log_capture.h"
 #include "support/wait.h"
 #include "zu/mutex.h"
 
@@ -246,6 +248,42 @@ TEST_F(StreamsTest, GoOnOverTheNextConnectionOfTheSamePeer) {
   ASSERT_TRUE(item);
   EXPECT_EQ(item->kind, MessageKind::Item);
   EXPECT_EQ(item->fields[2], KyValue("picture"));
+}
+
+TEST_F(StreamsTest, GoOnWhenWhatAcknowledgesThemWasLost) {
+  Link link(robot->address().port);
+  KyBrokerOptions options;
+  options.name = "far";
+  options.parent = KyAddress{"127.0.0.1", link.port()};
+  peers.push_back(KyBroker::create(options));
+  const auto stream = open(*peers.back());
+  const auto sender = source->to("far");
+  int inARow = 0;  // that did not arrive
+  const auto arrives = [&] {
+    sender->send(bytes(100'000, 1));
+    return stream->next(50ms).has_value();
+  };
+  ASSERT_TRUE(waitUntil(arrives));
+  link.set(LinkWay::ToRobot, {.damage = LinkDamage::Swallow});
+  ASSERT_TRUE(waitUntil([&] { return (inARow = arrives() ? 0 : inARow + 1) == 5; }));
+  link.set({});
+  EXPECT_TRUE(waitUntil(arrives));
+}
+
+TEST_F(StreamsTest, RestWhileTheRobotHearsNothingOfThePeer) {
+  RawPeer raw(robot->address());
+  ASSERT_TRUE(raw.join());
+  raw.send(callMessage(1, "Source", "open", {5}, 3000ms));
+  ASSERT_EQ(raw.receive()->kind, MessageKind::Result);
+  LogCapture log;
+  const auto lines = [&] { return log.lines("ky"); };
+  ASSERT_TRUE(waitUntil([&] { return !lines().empty(); }));
+  ASSERT_EQ(lines()[0].rfind("info peerSilent: raw is silent", 0), 0U) << lines()[0];
+  const auto sender = source->to("raw");
+  sender->send("late");
+  raw.send(pingMessage(1));
+  EXPECT_EQ(raw.receive()->kind, MessageKind::Pong) << "the item would have come before";
+  EXPECT_EQ(raw.receive()->kind, MessageKind::Item);
 }
 
 TEST_F(StreamsTest, GoFromRobotsToPeersOnly) {

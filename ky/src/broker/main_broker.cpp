@@ -203,7 +203,7 @@ void MainBroker::handle(const std::string& route, Message message) {
     if (message.kind != MessageKind::Bye) sendTo(route, byeMessage(kSayHelloFirst));
     return;
   }
-  peer->second.isSilent = false;
+  if (std::exchange(peer->second.isSilent, false)) peer->second.link.outbox().rest(false);
   switch (message.kind) {
     case MessageKind::Call:
       return handleCall(route, std::move(message));
@@ -413,6 +413,8 @@ bool MainBroker::isReachable(const std::string& route) const {
 void MainBroker::peerSilent(const std::string& route, const std::string& why) {
   const auto found = fPeers.find(route);
   if (found == fPeers.end() || std::exchange(found->second.isSilent, true)) return;
+  // Who is not heard may hear all the same: without what is sent it notices, and connects again.
+  found->second.link.outbox().rest(true);
   const std::string name = found->second.peer.name;
   zu::log::info("ky", "peerSilent") << name << " is silent: " << why;
   breakCalls(route, "the peer " + name + " is silent: " + why);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "broker/peer_broker.h"
 
+#include <algorithm>
 #include <array>
 #include <random>
 
@@ -15,6 +16,7 @@ constexpr int kMessagesAtOnce = 64;
 
 // As long as a callee will wait; whatever comes of it, the module is not stuck then.
 constexpr std::chrono::minutes kProbeDeadline{10};
+constexpr std::chrono::minutes kLongestProbeInterval{1};
 
 std::string randomId() {
   static constexpr char kHex[] = "0123456789abcdef";
@@ -176,10 +178,38 @@ void PeerBroker::noteMute(const std::string& module, SteadyTime since) {
   zu::log::warning("ky", "call") << module << " does not answer";
   post([this, module] {
     if (!fConnected) return fMute.remove(module);
-    const std::int64_t id = nextId();
-    fProbes[id] = module;
-    sendToParent(encode(callMessage(id, module, "ping", {}, kProbeDeadline), fOptions.limits));
+    fProbes[module].interval = fOptions.patience.call;
+    probe(module);
   });
+}
+
+void PeerBroker::probe(const std::string& module) {
+  Probe& probe = fProbes.at(module);
+  const std::int64_t id = nextId();
+  probe.calls.insert(id);
+  probe.next = std::chrono::steady_clock::now() + probe.interval;
+  probe.interval = std::min<std::chrono::milliseconds>(2 * probe.interval, kLongestProbeInterval);
+  sendToParent(encode(callMessage(id, module, "ping", {}, kProbeDeadline), fOptions.limits));
+}
+
+void PeerBroker::probeAgain() {
+  const auto now = std::chrono::steady_clock::now();
+  std::vector<std::string> due;
+  for (const auto& [module, probe] : fProbes)
+    if (now >= probe.next) due.push_back(module);
+  for (const std::string& module : due) probe(module);
+}
+
+// False when this is no answer to one.
+bool PeerBroker::endProbe(std::int64_t call) {
+  const auto found = std::find_if(fProbes.begin(), fProbes.end(), [&](const auto& entry) {
+    return entry.second.calls.contains(call);
+  });
+  if (found == fProbes.end()) return false;
+  zu::log::info("ky", "call") << found->first << " answers again";
+  fMute.remove(found->first);
+  fProbes.erase(found);
+  return true;
 }
 
 void PeerBroker::sendAnswer(const std::string&, Parts parts) {
@@ -391,12 +421,7 @@ void PeerBroker::handleCall(Message call) {
 }
 
 void PeerBroker::handleAnswer(Message answer) {
-  if (const auto probe = fProbes.find(answer.id()); probe != fProbes.end()) {
-    zu::log::info("ky", "call") << probe->second << " answers again";
-    fMute.remove(probe->second);
-    fProbes.erase(probe);
-    return;
-  }
+  if (endProbe(answer.id())) return;
   if (answer.kind == MessageKind::Error) {
     const KyError error = errorOf(answer);
     fPending.settle(answer.id(), kParent,
@@ -419,6 +444,7 @@ void PeerBroker::keepAlive() {
   if (now - fLastPing < fOptions.patience.heartbeat) return;
   fLastPing = now;
   sendToParent(encode(pingMessage(++fPingToken), fOptions.limits));
+  probeAgain();
   fLink->outbox().pump(now);
 }
 

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "broker/awake_clock.h"
@@ -61,6 +62,9 @@ class PeerBroker : public BrokerCore, private CallSender {
   std::string parentName() const;
   void requireNotMute(const std::string& module, const std::string& method);
   void noteMute(const std::string& module, SteadyTime since);
+  void probe(const std::string& module);
+  void probeAgain();
+  bool endProbe(std::int64_t call);
   void loadKeys();
 
   // All on the io thread.
@@ -81,16 +85,22 @@ class PeerBroker : public BrokerCore, private CallSender {
   void lose(const std::string& why, zu::log::Level level = zu::log::Level::warning);
   void startOver();
 
+  // Asks a mute module whether it answers again: now and then anew, for a question may get lost.
+  struct Probe {
+    std::set<std::int64_t> calls;
+    SteadyTime next;
+    std::chrono::milliseconds interval;
+  };
+
   std::string fId;     // until the parent is lost
   KyKeyPair fOwnKeys;  // empty without keys
   std::string fParentKey;
   ConnectionState fState;
   MuteModules fMute;
   std::atomic<std::uint64_t> fUnanswered{0};
-  std::map<std::int64_t, std::string>
-      fProbes;              // asked whether they answer again, by call; io thread
-  Offers::Set fOffersSaid;  // to the parent; io thread
-  bool fConnected = false;  // io thread's own view
+  std::map<std::string, Probe> fProbes;  // of the mute modules, by name; io thread
+  Offers::Set fOffersSaid;               // to the parent; io thread
+  bool fConnected = false;               // io thread's own view
   AwakeClock fClock;
   AwakeClock::Time fLastHeard{0};
   std::optional<SteadyTime> fReopenAt;  // when to try a new socket

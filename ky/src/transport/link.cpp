@@ -14,8 +14,11 @@ Link::Link(Outbox::Send send, const KyLimits& limits, bool isPaced)
 }
 
 std::optional<Message> Link::receive(const Received& received) {
-  Message message = read(received);
+  Message message =
+      decode(received.text.data<char>(), received.text.size(), received.attachments, fLimits);
   if (message.kind != MessageKind::Piece) return message;
+  // What can't be used was sent all the same.
+  if (fIsPaced) fSend(encode(receivedMessage(message.id()), fLimits));
   std::optional<Joined> joined;
   try {
     joined = fJoiner.add(message, received.attachments);
@@ -28,25 +31,6 @@ std::optional<Message> Link::receive(const Received& received) {
   if (message.kind == MessageKind::Piece)
     throw UnreadableMessage("a piece made of pieces", std::nullopt);
   return message;
-}
-
-// What can't be read was sent all the same.
-Message Link::read(const Received& received) {
-  try {
-    Message message =
-        decode(received.text.data<char>(), received.text.size(), received.attachments, fLimits);
-    if (Outbox::counts(message.kind, received.bytes)) count(received.bytes);
-    return message;
-  } catch (const UnreadableMessage&) {
-    if (Outbox::counts(MessageKind::Result, received.bytes)) count(received.bytes);
-    throw;
-  }
-}
-
-void Link::count(std::size_t bytes) {
-  if (!fIsPaced) return;
-  fCounted += bytes;
-  fSend(encode(receivedMessage(fCounted), fLimits));
 }
 
 }  // namespace Ky

@@ -23,20 +23,16 @@ class Link {
   Outbox& outbox() { return fOutbox; }
   const Outbox& outbox() const { return fOutbox; }
 
-  // A message that came in; nothing for the piece of one. Acknowledges what counts. Throws
+  // A message that came in; nothing for the piece of one. Acknowledges pieces. Throws
   // UnreadableMessage.
   std::optional<Message> receive(const Received& received);
 
  private:
-  Message read(const Received& received);
-  void count(std::size_t bytes);
-
   const KyLimits fLimits;
   const Outbox::Send fSend;
   const bool fIsPaced;
   Outbox fOutbox;
   Joiner fJoiner;
-  std::uint64_t fCounted = 0;
 };
 
 }  // namespace Ky

@@ -33,8 +33,9 @@ void Outbox::acknowledged(std::uint64_t total, Time now) {
 }
 
 void Outbox::pump(Time now) {
+  fPace.giveUpLost(now);
   if (fCurrentLater && !fCurrentLater->isWanted()) endCurrent();
-  while ((fCurrent || begin()) && sendSome(now)) {
+  while (!fRests && (fCurrent || begin()) && sendSome(now)) {
   }
 }
 
@@ -68,13 +69,11 @@ bool Outbox::sendSome(Time now) {
   const std::size_t length = fPace.piece();
   // What is longer than all the room goes while nothing else is on its way.
   if (std::min(length, fCurrent->left()) > fPace.room() && fPace.inFlight() > 0) return false;
-  const bool isWhole = !fCurrent->isBegun() && fCurrent->left() <= length;
-  const Parts message = isWhole ? fCurrent->whole() : fCurrent->piece(length);
-  const std::size_t bytes = message.bytes();
-  if (!fSend(message)) return false;
-  if (!isWhole) fCurrent->sent(message);
-  if (isWhole || fCurrent->left() == 0) endCurrent();
-  if (!isWhole || bytes > kSmall) fPace.sent(bytes, fWaiting.empty() && !fCurrent, now);
+  const Parts piece = fCurrent->piece(length, fPace.sentBytes());
+  if (!fSend(piece)) return false;
+  fCurrent->sent(piece);
+  if (fCurrent->left() == 0) endCurrent();
+  fPace.sent(bytesOf(piece.attachments), fWaiting.empty() && !fCurrent, now);
   return true;
 }
 

@@ -14,12 +14,12 @@
 
 namespace Ky {
 
-// Small messages go at once. Large ones go one after the other, no faster than the link carries
+// Small messages go at once. Large ones, and those of streams whatever their size, go one after the other, no faster than the link carries
 // them and in pieces that it carries in a moment, so that a small one never waits for long: a call,
 // an answer or a sign of life is not behind pictures. Where the link is fast the pieces are larger
-// than any message, which then goes whole.
+// than any message, which then goes in one.
 //
-// The other end acknowledges what counts (see counts()) as it receives it. Thread-bound.
+// The other end acknowledges each piece as it receives it. Thread-bound.
 class Outbox {
  public:
   using Time = Pace::Time;
@@ -37,21 +37,18 @@ class Outbox {
     virtual void over() = 0;
   };
 
-  // Whether a message of this kind and size is acknowledged. Those that begin a connection never
-  // are: they don't go through here.
-  static bool counts(MessageKind kind, std::size_t bytes) {
-    if (kind == MessageKind::Hello || kind == MessageKind::Welcome) return false;
-    return kind == MessageKind::Piece || bytes > kSmall;
-  }
-
   // `isPaced`: false for another end that acknowledges nothing; then everything goes at once.
   explicit Outbox(Send send, bool isPaced = true) : fSend(std::move(send)), fIsPaced(isPaced) {}
 
   // False when it was dropped: the socket can't take a small one, or too many large ones wait.
   bool add(Parts message, Time now);
   void addLater(std::shared_ptr<Later> later, Time now);
+  // See Pace::acknowledged().
   void acknowledged(std::uint64_t total, Time now);
-  // Sends what there is room for; to be called from time to time, in case the socket was full.
+  // Large messages wait while the other end gives no sign of life.
+  void rest(bool on) { fRests = on; }
+  // Sends what there is room for; to be called from time to time, in case the socket was full or
+  // something was lost.
   void pump(Time now);
 
   // Bytes of messages that wait, but for those that are yet to be made.
@@ -73,6 +70,7 @@ class Outbox {
   const Send fSend;
   const bool fIsPaced;
   Pace fPace;
+  bool fRests = false;
   std::deque<Waiting> fWaiting;
   std::size_t fWaitingBytes = 0;
   std::optional<Cutter> fCurrent;

@@ -61,6 +61,15 @@ void Pace::acknowledged(std::uint64_t total, Time now) {
   }
 }
 
+void Pace::giveUpLost(Time now) {
+  if (fInFlight.empty()) return;
+  const Span silence = now - std::max(fInFlight.front().at, fDeliveredAt);
+  if (silence < std::max(kLost, kLostRoundTrips * fRoundTrip)) return;
+  fInFlight.clear();
+  fDelivered = fSent;
+  fDeliveredAt = now;
+}
+
 void Pace::measureRoundTrip(const Sent& sent, Time now) {
   const Span trip = now - sent.at;
   if (fRoundTrip == Span::zero() || trip <= fRoundTrip) {

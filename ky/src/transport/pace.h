@@ -25,6 +25,10 @@ class Pace {
   static constexpr Span kQueue{0.030};
   // How long the link takes for a piece: what is urgent waits no longer for one that goes out.
   static constexpr Span kPiece{0.010};
+  // Connections lose nothing, as a rule: but what stands between their ends may. The least time
+  // without a word after which that is believed, and in round trips.
+  static constexpr Span kLost{1.0};
+  static constexpr double kLostRoundTrips = 4;
 
   // How many bytes may be sent now.
   std::size_t room() const;
@@ -32,9 +36,14 @@ class Pace {
   std::size_t piece() const;
   // `isAll`: there was no more to send.
   void sent(std::size_t bytes, bool isAll, Time now);
-  // The other end has received `total` bytes in all. More than were sent is not believed.
+  // The other end has received what was sent up to and with the byte `total`. More than was sent is
+  // not believed.
   void acknowledged(std::uint64_t total, Time now);
+  // What has been on its way for so long without a word that it must be lost does not count any
+  // more; to be called from time to time.
+  void giveUpLost(Time now);
 
+  std::uint64_t sentBytes() const { return fSent; }  // in all
   std::uint64_t inFlight() const { return fSent - fDelivered; }
   double bytesPerSecond() const { return fRate; }  // 0: not known yet
   Span roundTrip() const { return fRoundTrip; }    // without waiting; 0: not known yet

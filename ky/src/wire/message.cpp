@@ -22,7 +22,7 @@ const std::vector<KyType>& fieldTypes(MessageKind kind) {
       {Int},
       {String},
       {Array},
-      {Array},
+      {Int, Array},
       {Int},
       {Int, Int, Nothing},
       {Int, String},
@@ -100,13 +100,12 @@ Message offersMessage(KyValue offers) {
   return {MessageKind::Offers, {std::move(offers)}};
 }
 
-// As a value of its own: compilers don't agree on what an array in braces is.
-Message pieceMessage(KyValue::Array sizes) {
-  return {MessageKind::Piece, {KyValue(std::move(sizes))}};
+Message pieceMessage(std::uint64_t position, KyValue::Array sizes) {
+  return {MessageKind::Piece, {position, std::move(sizes)}};
 }
 
-Message receivedMessage(std::uint64_t bytes) {
-  return {MessageKind::Received, {bytes}};
+Message receivedMessage(std::int64_t position) {
+  return {MessageKind::Received, {position}};
 }
 
 Message itemMessage(std::int64_t stream, std::int64_t number, KyValue value) {

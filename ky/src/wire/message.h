@@ -32,8 +32,9 @@ enum class MessageKind {
   Pong = 7,       // token
   Bye = 8,        // why
   Offers = 9,     // [offers]: those before count no more
-  Piece = 10,     // [bytes of each part] in the first piece of a message, [] in the others
-  Received = 11,  // bytes received so far of messages that count
+  Piece = 10,     // bytes of all pieces so far with this; [bytes of each part] in the first piece
+                  // of a message, [] in the others
+  Received = 11,  // the first field of the newest piece that has come
   Item = 12,      // stream, number, value
   End = 13,       // stream, why: no more items come
   Close = 14,     // stream: no more items are wanted
@@ -70,8 +71,8 @@ Message byeMessage(const std::string& why);
 // What a robot says to whom it doesn't know (any more).
 inline constexpr const char* kSayHelloFirst = "say hello first";
 Message offersMessage(KyValue offers);
-Message pieceMessage(KyValue::Array sizes);
-Message receivedMessage(std::uint64_t bytes);
+Message pieceMessage(std::uint64_t position, KyValue::Array sizes);
+Message receivedMessage(std::int64_t position);
 Message itemMessage(std::int64_t stream, std::int64_t number, KyValue value);
 Message endMessage(std::int64_t stream, const std::string& why);
 Message closeMessage(std::int64_t stream);

@@ -24,6 +24,12 @@ KyBinary slice(const KyBinary& whole, std::size_t offset, std::size_t size) {
 
 }  // namespace
 
+std::size_t bytesOf(const std::vector<KyBinary>& slices) {
+  std::size_t bytes = 0;
+  for (const KyBinary& part : slices) bytes += part.size();
+  return bytes;
+}
+
 // ---- cutting
 
 Cutter::Cutter(Parts message) : fLeft(message.bytes()) {
@@ -31,24 +37,21 @@ Cutter::Cutter(Parts message) : fLeft(message.bytes()) {
   for (KyBinary& attachment : message.attachments) fFrames.push_back(std::move(attachment));
 }
 
-Parts Cutter::whole() const {
-  return {std::string(reinterpret_cast<const char*>(fFrames[0].data()), fFrames[0].size()),
-          {fFrames.begin() + 1, fFrames.end()}};
-}
-
-Parts Cutter::piece(std::size_t bytes) const {
-  KyValue::Array sizes;
-  if (!isBegun())
-    for (const KyBinary& frame : fFrames) sizes.emplace_back(frame.size());
-  Parts piece = encode(pieceMessage(std::move(sizes)), {});
+Parts Cutter::piece(std::size_t bytes, std::uint64_t before) const {
+  std::vector<KyBinary> slices;
   std::size_t offset = fOffset;
   for (std::size_t frame = fFrame; frame < fFrames.size() && bytes > 0; ++frame) {
     const std::size_t size = std::min(bytes, fFrames[frame].size() - offset);
-    piece.attachments.push_back(slice(fFrames[frame], offset, size));
-    if (piece.attachments.size() == kMostSlices) break;
+    slices.push_back(slice(fFrames[frame], offset, size));
+    if (slices.size() == kMostSlices) break;
     bytes -= size;
     offset = 0;
   }
+  KyValue::Array sizes;
+  if (!isBegun())
+    for (const KyBinary& frame : fFrames) sizes.emplace_back(frame.size());
+  Parts piece = encode(pieceMessage(before + bytesOf(slices), std::move(sizes)), {});
+  piece.attachments = std::move(slices);
   return piece;
 }
 
@@ -65,12 +68,16 @@ void Cutter::sent(const Parts& piece) {
 // ---- joining
 
 std::optional<Joined> Joiner::add(const Message& piece, std::vector<KyBinary> slices) {
-  const KyValue::Array& sizes = piece.fields[0].asArray();
-  std::size_t bytes = 0;
-  for (const KyBinary& part : slices) bytes += part.size();
+  const auto position = static_cast<std::uint64_t>(piece.fields[0].asInt64());
+  const KyValue::Array& sizes = piece.fields[1].asArray();
+  const std::size_t bytes = bytesOf(slices);
+  const bool isNext = position == fPosition + bytes;
+  fPosition = position;
   try {
     if (!sizes.empty()) begin(sizes);
     if (fSizes.empty()) throw KyError("a piece of a message that was not begun");
+    // One that begins a message may follow whatever was lost.
+    if (sizes.empty() && !isNext) throw KyError("a piece before this one is missing");
     if (bytes == 0 || bytes > fLeft)
       throw KyError("a piece of " + std::to_string(bytes) + " bytes where " +
                     std::to_string(fLeft) + " were left");

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -17,19 +18,22 @@ class Cutter {
   explicit Cutter(Parts message);
 
   std::size_t left() const { return fLeft; }  // bytes
-  bool isBegun() const { return fFrame > 0 || fOffset > 0; }
-  // The message as it is.
-  Parts whole() const;
-  // The next piece, of about `bytes`; at least one.
-  Parts piece(std::size_t bytes) const;
+  // The next piece, of at most `bytes`, but at least one. `before`: bytes of all pieces that went
+  // out over the connection before.
+  Parts piece(std::size_t bytes, std::uint64_t before) const;
   void sent(const Parts& piece);
 
  private:
+  bool isBegun() const { return fFrame > 0 || fOffset > 0; }
+
   std::vector<KyBinary> fFrames;  // the first is the packed text
   std::size_t fLeft = 0;
   std::size_t fFrame = 0;   // the first that is not sent whole
   std::size_t fOffset = 0;  // what of it is
 };
+
+// Of the message's bytes that a piece brings.
+std::size_t bytesOf(const std::vector<KyBinary>& slices);
 
 // What pieces were made of.
 struct Joined {
@@ -44,7 +48,8 @@ class Joiner {
 
   // Takes a message of the kind Piece and what came with it. The message of which it is the last;
   // nothing until then. Holds no more than has arrived. Throws KyError for what is no piece of
-  // anything, or of a message beyond the limits: what has been begun is forgotten then.
+  // anything, does not follow the piece before, or is of a message beyond the limits: what has been
+  // begun is forgotten then.
   std::optional<Joined> add(const Message& piece, std::vector<KyBinary> slices);
   // What has been begun will not be ended.
   void clear();
@@ -54,6 +59,7 @@ class Joiner {
   Joined join();
 
   const KyLimits fLimits;
+  std::uint64_t fPosition = 0;      // of the newest piece
   std::vector<std::size_t> fSizes;  // of the frames
   std::size_t fLeft = 0;            // bytes to come
   std::vector<KyBinary> fSlices;
