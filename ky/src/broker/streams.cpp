@@ -2,11 +2,20 @@
 #include "broker/streams.h"
 
 #include <algorithm>
+#include <iterator>
+#include <limits>
 #include <vector>
 
 #include "zu/log.h"
 
 namespace Ky {
+namespace {
+
+// Of one peer; each takes memory here, and a module's time.
+constexpr std::ptrdiff_t kMostStreams = 64;
+
+}  // namespace
+
 // ---- one that goes out
 
 std::optional<Parts> OutgoingStream::make() {
@@ -39,8 +48,14 @@ void OutgoingStream::over() {
 
 void OutgoingStreams::add(std::shared_ptr<OutgoingStream> stream) {
   const std::pair key(stream->peer, stream->id);
-  if (const auto known = fStreams.find(key); known != fStreams.end())
+  const auto [first, last] = ofPeer(stream->peer);
+  if (const auto known = fStreams.find(key); known != fStreams.end()) {
     known->second->isClosed = true;
+  } else if (std::distance(first, last) >= kMostStreams) {
+    zu::log::warning("ky", "stream") << "refused: the peer has " << kMostStreams << " streams open";
+    stream->isClosed = true;
+    return;
+  }
   fStreams[key] = std::move(stream);
 }
 
@@ -49,21 +64,27 @@ void OutgoingStreams::remove(const std::shared_ptr<OutgoingStream>& stream) {
   if (known != fStreams.end() && known->second == stream) fStreams.erase(known);
 }
 
+std::pair<OutgoingStreams::Streams::const_iterator, OutgoingStreams::Streams::const_iterator>
+OutgoingStreams::ofPeer(const std::string& peer) const {
+  using Ids = std::numeric_limits<std::int64_t>;
+  return {fStreams.lower_bound({peer, Ids::min()}), fStreams.upper_bound({peer, Ids::max()})};
+}
+
 void OutgoingStreams::queue(const std::shared_ptr<OutgoingStream>& stream, Outbox& outbox) {
   outbox.addLater(stream, std::chrono::steady_clock::now());
 }
 
 void OutgoingStreams::tell(const std::string& peer, const Pace& pace) const {
-  for (auto at = fStreams.lower_bound({peer, 0}); at != fStreams.end() && at->first.first == peer;
-       ++at) {
+  const auto [first, last] = ofPeer(peer);
+  for (auto at = first; at != last; ++at) {
     at->second->bytesPerSecond = pace.bytesPerSecond();
     at->second->roundTrip = pace.roundTrip().count();
   }
 }
 
 void OutgoingStreams::goOn(const std::string& peer, Outbox& outbox) {
-  for (auto at = fStreams.lower_bound({peer, 0}); at != fStreams.end() && at->first.first == peer;
-       ++at) {
+  const auto [first, last] = ofPeer(peer);
+  for (auto at = first; at != last; ++at) {
     ++at->second->lost;
     bool isWaiting = false;
     {
@@ -113,6 +134,7 @@ bool IncomingStreams::receive(std::int64_t id, KyStreamReceiver::Item item) {
   const auto stream = find(id);
   if (!stream) return false;
   const zu::MutexLock guard(stream->mutex);
+  if (!stream->ended.empty()) return false;
   // A number that was there already is a value that came twice.
   if (item.number <= stream->newest) return true;
   stream->newest = item.number;
@@ -126,7 +148,8 @@ void IncomingStreams::end(std::int64_t id, const std::string& why) {
   const auto stream = find(id);
   if (!stream) return;
   const zu::MutexLock guard(stream->mutex);
-  stream->ended = why;
+  if (!stream->ended.empty()) return;
+  stream->ended = why.empty() ? "no reason was given" : why;
   stream->changed.notifyAll();
 }
 

@@ -61,7 +61,7 @@ struct IncomingStream {
 // Thread-bound (the io thread), but for what the streams share with their users.
 class OutgoingStreams {
  public:
-  // In place of one that the peer has under this id.
+  // In place of one that the peer has under this id. Closes it at once where the peer has too many.
   void add(std::shared_ptr<OutgoingStream> stream);
   void remove(const std::shared_ptr<OutgoingStream>& stream);
   // A value waits for the peer's outbox.
@@ -75,7 +75,10 @@ class OutgoingStreams {
   void closeAll(const std::string& peer);
 
  private:
-  std::map<std::pair<std::string, std::int64_t>, std::shared_ptr<OutgoingStream>> fStreams;
+  using Streams = std::map<std::pair<std::string, std::int64_t>, std::shared_ptr<OutgoingStream>>;
+  std::pair<Streams::const_iterator, Streams::const_iterator> ofPeer(const std::string& peer) const;
+
+  Streams fStreams;
 };
 
 // Thread-safe.
