@@ -3,10 +3,12 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "ky/broker.h"
+#include "ky/changes.h"
 #include "ky/proxy.h"
 #include "ky/value.h"
 
@@ -29,8 +31,14 @@ class KyMemoryProxy {
   void removeData(const std::string& key);
   // The keys that begin with `prefix`, sorted.
   std::vector<std::string> getDataList(const std::string& prefix);
+  // Has the robot tell what changes under these keys, instead of asking again and again. At most
+  // 64. Throws KyError where the robot does not offer that: offersChanges() says whether it does,
+  // and asks nobody.
+  std::unique_ptr<KyChanges> changes(const std::vector<std::string>& keys);
+  bool offersChanges() const;
 
  private:
+  boost::shared_ptr<KyBroker> fBroker;
   boost::shared_ptr<KyProxy> fProxy;
 };
 

@@ -46,6 +46,8 @@ class KyStreamSender {
   void abandon();
   // How many values did not arrive for sure: another took their place, or the connection broke.
   std::uint64_t lost() const;
+  // How many of these were beyond the limits of a message: sent again, they would be again.
+  std::uint64_t refused() const;
   // The receiver wants no more, or is gone. What is sent then goes nowhere.
   bool isClosed() const;
   // What the link to the receiver carries; 0 while it is not known.

@@ -33,6 +33,11 @@ std::optional<Parts> OutgoingStream::make() {
   try {
     return encode(itemMessage(id, taken, std::move(*value)), limits);
   } catch (const KyError& error) {
+    {
+      const zu::MutexLock guard(mutex);
+      --number;
+    }
+    ++refused;
     ++lost;
     isUnderWay = false;
     zu::log::error("ky", "stream") << "a value can't be sent: " << error.what();
@@ -229,6 +234,10 @@ void KyStreamSender::abandon() {
 
 std::uint64_t KyStreamSender::lost() const {
   return fStream->lost;
+}
+
+std::uint64_t KyStreamSender::refused() const {
+  return fStream->refused;
 }
 
 bool KyStreamSender::isClosed() const {

@@ -37,6 +37,7 @@ struct OutgoingStream : Outbox::Later {
   std::atomic<bool> isUnderWay{false};   // some of a value has gone out
   std::atomic<bool> isAbandoned{false};  // that value is not wanted any more
   std::atomic<std::uint64_t> lost{0};
+  std::atomic<std::uint64_t> refused{0};
   std::atomic<bool> isClosed{false};
   std::atomic<double> bytesPerSecond{0};
   std::atomic<double> roundTrip{0};  // s
