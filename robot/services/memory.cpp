@@ -42,12 +42,24 @@ Memory::Memory(boost::shared_ptr<Ky::KyBroker> broker, MemoryLimits limits)
   addParam("prefix", "the text; empty: all names");
   setReturn("keys", "the names, sorted");
   bindMethod(&Memory::getDataList);
+
+  functionName("openChanges", getName(),
+               "Streams [[name, value], ..]: first the values that there are, then each time what "
+               "has changed; nothing for a value that was removed.");
+  addParam("stream", "its id");
+  addParam("keys", "the names");
+  bindMethod(&Memory::openChanges);
+  offer("openChanges");
 }
 
-void Memory::insertData(const std::string& key, const KyValue& value) {
+void Memory::requireKey(const std::string& key) const {
   if (key.size() > fLimits.keyBytes)
     throw KyError("a key may have " + std::to_string(fLimits.keyBytes) + " bytes, this one has " +
                   std::to_string(key.size()));
+}
+
+void Memory::insertData(const std::string& key, const KyValue& value) {
+  requireKey(key);
   const auto found = fEntries.find(key);
   if (found == fEntries.end() && fEntries.size() >= fLimits.keys)
     throw KyError("the memory is full: it holds " + std::to_string(fLimits.keys) +
@@ -58,8 +70,11 @@ void Memory::insertData(const std::string& key, const KyValue& value) {
     throw KyError("the memory is full: \"" + key + "\" needs " + std::to_string(after) +
                   " bytes, of " + std::to_string(fLimits.totalBytes) + " are free " +
                   std::to_string(fLimits.totalBytes - (fBytes - before)));
-  fEntries[key] = {value, after};
+  const bool isNew = found == fEntries.end() || *found->second.value != value;
+  Entry& entry = fEntries[key];
+  entry = {std::make_shared<const KyValue>(value), after};
   fBytes = fBytes - before + after;
+  if (isNew) fChanges.change(key, entry.value);
 }
 
 const Memory::Entry& Memory::require(const std::string& key) const {
@@ -69,7 +84,7 @@ const Memory::Entry& Memory::require(const std::string& key) const {
 }
 
 KyValue Memory::getData(const std::string& key) {
-  return require(key).value;
+  return *require(key).value;
 }
 
 KyValue::Array Memory::getListData(const std::vector<std::string>& keys) {
@@ -86,7 +101,7 @@ KyValue::Array Memory::getListData(const std::vector<std::string>& keys) {
       throw KyError("the values don't fit into one answer: with \"" + key + "\" they take " +
                     std::to_string(bytes) + " bytes, of " + std::to_string(fLimits.listBytes) +
                     " at most; ask for fewer at once");
-    values.push_back(found->second.value);
+    values.push_back(*found->second.value);
   }
   return values;
 }
@@ -94,6 +109,7 @@ KyValue::Array Memory::getListData(const std::vector<std::string>& keys) {
 void Memory::removeData(const std::string& key) {
   fBytes -= require(key).bytes;
   fEntries.erase(key);
+  fChanges.change(key, nullptr);
 }
 
 KyValue::Array Memory::getDataList(const std::string& prefix) {
@@ -102,6 +118,30 @@ KyValue::Array Memory::getDataList(const std::string& prefix) {
        at != fEntries.end() && at->first.compare(0, prefix.size(), prefix) == 0; ++at)
     keys.emplace_back(at->first);
   return keys;
+}
+
+void Memory::openChanges(const Ky::KyPeer& caller, std::int64_t stream,
+                         const std::vector<std::string>& keys) {
+  if (keys.empty()) throw KyError("whose changes? name at least one key");
+  if (keys.size() > fLimits.changeKeys)
+    throw KyError("one stream has the changes of " + std::to_string(fLimits.changeKeys) +
+                  " keys at most, not of " + std::to_string(keys.size()) + "; open several");
+  std::map<std::string, MemoryValue> values;
+  for (const std::string& key : keys) {
+    requireKey(key);
+    const auto found = fEntries.find(key);
+    values[key] = found == fEntries.end() ? nullptr : found->second.value;
+  }
+  fChanges.requireRoom(caller, stream);
+  fChanges.open(caller, stream, {getParentBroker()->sendStream(caller, stream), std::move(values)});
+}
+
+void Memory::peerLeft(const Ky::KyPeer& peer) {
+  fChanges.forget(peer);
+}
+
+void Memory::stop() {
+  fChanges.stop();
 }
 
 }  // namespace robot

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "ky/module.h"
+#include "robot/services/memory_changes.h"
 
 namespace robot {
 
@@ -17,6 +18,7 @@ struct MemoryLimits {
   std::size_t keyBytes = 1024;                          // one key
   std::size_t totalBytes = 64u << 20;                   // all keys and values
   std::size_t listBytes = Ky::KyLimits().messageBytes;  // what one getListData() answers
+  std::size_t changeKeys = 64;                          // of one openChanges()
 };
 
 // The methods run on the module's call thread.
@@ -33,17 +35,25 @@ class Memory : public Ky::KyModule {
   Ky::KyValue::Array getListData(const std::vector<std::string>& keys);
   void removeData(const std::string& key);
   Ky::KyValue::Array getDataList(const std::string& prefix);
+  // Sends the caller what changes under these keys: see ChangeStream.
+  void openChanges(const Ky::KyPeer& caller, std::int64_t stream,
+                   const std::vector<std::string>& keys);
+
+  void peerLeft(const Ky::KyPeer& peer) override;
+  void stop() override;
 
  private:
   struct Entry {
-    Ky::KyValue value;
+    MemoryValue value;
     std::size_t bytes = 0;
   };
   const Entry& require(const std::string& key) const;
+  void requireKey(const std::string& key) const;
 
   const MemoryLimits fLimits;
   std::map<std::string, Entry> fEntries;
   std::size_t fBytes = 0;  // of all entries
+  MemoryChanges fChanges;
 };
 
 // About what a value takes in memory.
