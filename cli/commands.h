@@ -20,7 +20,7 @@ void addKeysCommands(CLI::App& app, std::ostream& out);
 // ping, list [MODULE], call MODULE.METHOD [JSON...]
 void addRobotCommands(CLI::App& app, std::ostream& out);
 
-// memory list [PREFIX], memory get KEY, memory set KEY JSON, memory remove KEY, memory watch KEY
+// memory list [PREFIX], memory get KEY, memory set KEY JSON, memory remove KEY, memory watch KEY...
 void addMemoryCommands(CLI::App& app, std::ostream& out);
 
 // draw KEY FIGURES

@@ -1,16 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <CLI/CLI.hpp>
-#include <algorithm>
-#include <chrono>
 #include <memory>
-#include <optional>
 #include <ostream>
 #include <string>
-#include <thread>
 
 #include "cli/commands.h"
 #include "cli/json.h"
 #include "cli/ky_command.h"
+#include "cli/memory_watch.h"
 #include "cli/robot_connection.h"
 #include "ky/memory_proxy.h"
 
@@ -21,8 +18,7 @@ struct Options {
   RobotOptions robot;
   std::string key;
   std::string value;
-  double every = 0.1;  // seconds
-  int count = 0;       // values to print; 0: without end
+  WatchOptions watch;
 };
 
 // The robot's memory, for one command.
@@ -56,31 +52,11 @@ void remove(const Options& options, std::ostream&) {
   Memory(options).proxy.removeData(options.key);
 }
 
-// Nothing while nobody has written the key.
-std::optional<Ky::KyValue> find(Ky::KyMemoryProxy& memory, const std::string& key) {
-  try {
-    return memory.getData(key);
-  } catch (const Ky::KyError&) {
-    const auto keys = memory.getDataList(key);
-    if (std::binary_search(keys.begin(), keys.end(), key)) throw;
-    return std::nullopt;
-  }
-}
-
 void watch(const Options& options, std::ostream& out) {
+  WatchOptions watched = options.watch;
+  watched.json = options.robot.json;
   Memory memory(options);
-  std::optional<Ky::KyValue> last;
-  const auto pause = std::chrono::milliseconds(std::max(1, static_cast<int>(options.every * 1000)));
-  for (int printed = 0; out && (options.count == 0 || printed < options.count);) {
-    const auto value = find(memory.proxy, options.key);
-    if (value && value != last) {
-      out << toJson(*value) << std::endl;
-      ++printed;
-    } else {
-      std::this_thread::sleep_for(pause);
-    }
-    last = value;
-  }
+  watchMemory(memory.proxy, watched, out);
 }
 
 }  // namespace
@@ -109,13 +85,14 @@ void addMemoryCommands(CLI::App& app, std::ostream& out) {
   CLI::App& setter = add("set", "Write a value", set);
   addKey(setter);
   setter.add_option("JSON", options->value, "The value")->required();
-  CLI::App& watcher = add("watch", "Print a value whenever it changes, until Ctrl-C", watch);
-  addKey(watcher);
-  watcher.add_option("--every", options->every, "Seconds between two looks")
+  CLI::App& watcher = add("watch", "Print values whenever they change, until Ctrl-C", watch);
+  watcher.add_option("KEY", options->watch.keys, "The names of the values")->required();
+  watcher
+      .add_option("--every", options->watch.every,
+                  "Look every so many seconds, instead of being told at once where the robot can")
       ->type_name("SECONDS")
-      ->check(CLI::Range(0.001, 3600.0).description(""))
-      ->capture_default_str();
-  watcher.add_option("--count", options->count, "End after so many values; 0: never")
+      ->check(CLI::Range(0.001, 3600.0).description(""));
+  watcher.add_option("--count", options->watch.count, "End after so many values; 0: never")
       ->type_name("N")
       ->check(CLI::NonNegativeNumber.description(""))
       ->capture_default_str();

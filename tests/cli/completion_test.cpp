@@ -49,6 +49,7 @@ TEST_F(Completion, OffersCommandsOptionsAndWhatTheRobotHas) {
       {"c", "call\n"},
       {"memory w", "watch\n"},
       {"memory watch --e", "--every\n"},
+      {"memory watch ball f", "face\n"},
       {"memory get f", "face\n"},
       {"draw b", "ball\n"},
       {"list KyM", "KyMemory\n"},

@@ -176,6 +176,56 @@ TEST_F(KyCommandOnRobot, MemoryWatchPrintsEachNewValueOnceAndWaitsForAKeyThatIsN
   EXPECT_EQ(result.out, "1\n2\n");
 }
 
+TEST_F(KyCommandOnRobot, MemoryWatchOfSeveralKeysNamesEachAndTellsOfWhatIsRemoved) {
+  int asked = 0;
+  fMemory->answer("getDataList", Ky::KyValue::array({}));
+  fMemory->answer("getData", [&](const Ky::KyValue::Array& arguments) -> Ky::KyValue {
+    if (arguments.at(0) == Ky::KyValue("b")) return "two";
+    if (++asked > 2) throw Ky::KyError("there is no data");
+    return 1;
+  });
+  const std::string text = "a 1\nb \"two\"\na null\n";
+  EXPECT_EQ(onRobot({"memory", "watch", "a", "b", "--count", "3"}).out, text);
+}
+
+// A memory that tells what changes.
+class TellingMemory : public Ky::KyModule {
+ public:
+  explicit TellingMemory(boost::shared_ptr<Ky::KyBroker> broker)
+      : KyModule(std::move(broker), "KyMemory") {
+    functionName("openChanges", getName(), "");
+    addParam("stream", "");
+    addParam("keys", "");
+    bindMethod(&TellingMemory::openChanges);
+    functionName("getData", getName(), "");
+    addParam("key", "");
+    bindMethod(&TellingMemory::getData);
+    offer("openChanges");
+  }
+  void openChanges(const Ky::KyPeer& caller, std::int64_t stream, const Ky::KyValue&) {
+    fSender = getParentBroker()->sendStream(caller, stream);
+    fSender->send(Ky::KyValue::array({Ky::KyValue::array({"a", 1}),
+                                      Ky::KyValue::array({"b", Ky::KyValue::array({2.5})}),
+                                      Ky::KyValue::array({"a", Ky::KyValue()})}));
+  }
+  std::string getData(const std::string&) { return "looked at"; }
+  void stop() override { fSender.reset(); }
+
+ private:
+  std::unique_ptr<Ky::KyStreamSender> fSender;
+};
+
+TEST_F(KyCommandOnRobot, MemoryWatchIsToldByARobotThatCanAndLooksWhereThatIsWished) {
+  fBroker->unregisterModule("KyMemory");
+  Ky::KyModule::createModule<TellingMemory>(fBroker);
+  EXPECT_EQ(onRobot({"memory", "watch", "a", "b", "--count", "3"}).out, "a 1\nb [2.5]\na null\n");
+  EXPECT_EQ(onRobot({"memory", "watch", "--count", "2", "a", "b", "--json"}).out,
+            "[\"a\",1]\n[\"b\",[2.5]]\n");
+  EXPECT_EQ(onRobot({"memory", "watch", "a", "--count", "1"}).out, "1\n");
+  EXPECT_EQ(onRobot({"memory", "watch", "a", "--count", "1", "--every", "0.1"}).out,
+            "\"looked at\"\n");
+}
+
 TEST_F(KyCommandOnRobot, DrawWritesTheFiguresAndTellsTheViewer) {
   fMemory->answer("insertData", Ky::KyValue());
   const auto viewer = Ky::KyModule::createModule<ScriptedModule>(fBroker, "Periscope", fCalls);
