@@ -12,6 +12,7 @@ class ValueFromBytes {
  public:
   ValueFromBytes(const std::uint8_t* data, std::size_t size) : fData(data), fLeft(size) {}
 
+  bool isEmpty() const { return fLeft == 0; }
   std::uint8_t byte();
   Ky::KyValue value(int depth = 0);
 
