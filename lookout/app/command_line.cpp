@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "qt_options.h"
+#include "robots/picture_choice.h"
 #include "robots/robot_address.h"
 
 namespace Lookout {
@@ -41,6 +42,10 @@ const QCommandLineOption kPlugin("plugin",
                                  "Opens this plug-in for the robots given, such as periscope. May "
                                  "be repeated.",
                                  "NAME");
+const QCommandLineOption kPictures("pictures",
+                                   "How the pictures of the robots given come: automatic, exact or "
+                                   "saving.",
+                                   "WORD");
 const QCommandLineOption kPlay("play", "Starts the pictures of the robots given.");
 const QCommandLineOption kScreenshot("screenshot", "Saves the window as PNG before quitting.",
                                      "FILE");
@@ -67,6 +72,13 @@ std::vector<Ky::KyAddress> robots(const QCommandLineParser& parser,
       refuse(QString("--%1: %2").arg(option.names().first(), QString::fromUtf8(error.what())));
     }
   return result;
+}
+
+QString pictures(const QCommandLineParser& parser) {
+  const QString word = parser.value(kPictures);
+  if (parser.isSet(kPictures) && !pictureWords().contains(word))
+    refuse(QString("--pictures: '%1' is none of automatic, exact and saving").arg(word));
+  return word;
 }
 
 double seconds(const QString& text) {
@@ -99,8 +111,8 @@ QString screenshotFile(const QCommandLineParser& parser) {
 CommandLine parseCommandLine(const QStringList& arguments) {
   QCommandLineParser parser;
   parser.setApplicationDescription("Lookout shows what robots see.");
-  parser.addOptions({kHelp, kVersion, kRobot, kInsecureRobot, kPlugin, kPlay, kScreenshot,
-                     kQuitAfter, kPlugins, kResources, kReport});
+  parser.addOptions({kHelp, kVersion, kRobot, kInsecureRobot, kPlugin, kPictures, kPlay,
+                     kScreenshot, kQuitAfter, kPlugins, kResources, kReport});
   CommandLine result;
   const QtOptions qt = takeQtOptions(arguments);
   if (!qt.incomplete.isEmpty()) refuse(QString("Missing value after '%1'.").arg(qt.incomplete));
@@ -125,6 +137,9 @@ CommandLine parseCommandLine(const QStringList& arguments) {
   result.robotPlugins.removeDuplicates();
   if (parser.isSet(kPlugin) && result.robots.empty())
     refuse("--plugin: name the robot to open it for with --robot");
+  result.pictures = pictures(parser);
+  if (parser.isSet(kPictures) && result.robots.empty())
+    refuse("--pictures: name the robot whose pictures they are with --robot");
   result.play = parser.isSet(kPlay);
   result.report = parser.isSet(kReport);
   result.screenshot = screenshotFile(parser);

@@ -15,6 +15,7 @@ struct CommandLine {
   std::vector<Ky::KyAddress> robots;
   std::vector<Ky::KyAddress> insecureRobots;  // those of them that are reached without encryption
   QStringList robotPlugins;                   // what to open for each of them; empty: what is usual
+  QString pictures;                           // how theirs come; empty: as before
   bool play = false;
   bool report = false;
   QString screenshot;               // empty: none

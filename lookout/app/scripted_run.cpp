@@ -25,9 +25,10 @@ void ScriptedRun::start() {
   for (const Ky::KyAddress& robot : fOptions.insecureRobots) setUnencrypted(robot, true);
   for (const Ky::KyAddress& robot : fOptions.robots) {
     if (fWindow.connectTo(robot, fOptions.robotPlugins) == nullptr) fExitCode = 1;
+    const QString name = QString::fromStdString(robot.toString());
+    if (!fOptions.pictures.isEmpty()) fWindow.choosePictures(name, fOptions.pictures);
     if (!fOptions.play) continue;
-    for (RobotDock* dock : fWindow.robots().docksOf(QString::fromStdString(robot.toString())))
-      dock->session().setPlaying(true);
+    for (RobotDock* dock : fWindow.robots().docksOf(name)) dock->session().setPlaying(true);
   }
   if (fOptions.quitAfter)
     QTimer::singleShot(std::chrono::milliseconds(static_cast<int>(*fOptions.quitAfter * 1000)),

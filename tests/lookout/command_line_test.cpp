@@ -69,10 +69,22 @@ TEST(CommandLine, TakesThePluginsThatShowTheRobots) {
   EXPECT_EQ(errorOf({"--plugin", "a"}), "--plugin: name the robot to open it for with --robot");
 }
 
+TEST(CommandLine, TakesHowThePicturesCome) {
+  for (const char* word : {"automatic", "exact", "saving"})
+    EXPECT_EQ(parse({"--robot", "tam", "--pictures", word}).pictures, word);
+  EXPECT_TRUE(parse({"--robot", "tam"}).pictures.isEmpty());
+  for (const char* word : {"lossy", "Exact", ""})
+    EXPECT_EQ(errorOf({"--robot", "tam", "--pictures", word}),
+              std::string("--pictures: '") + word + "' is none of automatic, exact and saving");
+  EXPECT_EQ(errorOf({"--pictures", "exact"}),
+            "--pictures: name the robot whose pictures they are with --robot");
+}
+
 TEST(CommandLine, ExplainsItselfWithExamples) {
   const QString help = parse({"--help"}).answer;
-  for (const char* word : {"--robot", "--insecure-robot", "--plugin ", "--play", "--screenshot",
-                           "--quit-after", "--plugins", "--resources", "--report", "Examples:"})
+  for (const char* word :
+       {"--robot", "--insecure-robot", "--plugin ", "--pictures", "--play", "--screenshot",
+        "--quit-after", "--plugins", "--resources", "--report", "Examples:"})
     EXPECT_TRUE(help.contains(word)) << word;
   EXPECT_TRUE(parse({"--version"}).answer.startsWith("lookout "));
 }

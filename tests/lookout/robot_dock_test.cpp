@@ -70,6 +70,20 @@ struct Docked {
 
 }  // namespace
 
+TEST(RobotDock, SaysHowThePicturesOfItsWidgetCome) {
+  Docked on;
+  EXPECT_TRUE(on.says("kB/s"));
+  EXPECT_FALSE(on.line().contains("exact"));
+  auto front = on.maker.brokers.back()->receiveStream();
+  front->describe("exact");
+  EXPECT_TRUE(on.says(QString::fromUtf8(" \u00b7 exact \u00b7 "))) << on.line().toStdString();
+  const auto rear = on.maker.brokers.back()->receiveStream();
+  rear->describe("H.264, 1.4 Mbit/s");
+  EXPECT_TRUE(on.says(QString::fromUtf8(" \u00b7 exact, H.264, 1.4 Mbit/s \u00b7 ")));
+  front.reset();
+  EXPECT_TRUE(on.says(QString::fromUtf8(" \u00b7 H.264, 1.4 Mbit/s \u00b7 ")));
+}
+
 TEST(RobotDock, ShowsTheFiguresOfALivePicture) {
   Docked on;
   on.play(20);

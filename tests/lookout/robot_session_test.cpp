@@ -70,6 +70,30 @@ TEST(RobotSession, AnnouncesTheWidgetBeforeItSaysConnected) {
   EXPECT_EQ(order, (QStringList{"widget", "connected"}));
 }
 
+TEST(RobotSession, TellsEveryBrokerOfItsRobotWhatTheUserPrefers) {
+  for (const char* name : {"TestBroker", "another"}) {  // lent, and made by the plug-in
+    TcpRobot robot;
+    Session on(robot.address(), name);
+    on.session.setPreference("pictures", "exact");
+    ASSERT_TRUE(on.waitFor(State::Connected)) << name;
+    ASSERT_EQ(on.plugin.brokers.size(), 1u);
+    EXPECT_EQ(on.plugin.brokers[0]->preference("pictures"), "exact") << name;
+
+    const QWidget* widget = on.session.widget();
+    on.session.setPreference("pictures", "saving");
+    EXPECT_EQ(on.plugin.brokers[0]->preference("pictures"), "saving") << name;
+    EXPECT_EQ(on.session.widget(), widget) << "it goes on";
+
+    robot.stop();
+    ASSERT_TRUE(on.waitFor(State::Lost)) << name;
+    robot.start();
+    ASSERT_TRUE(on.waitFor(State::Connected)) << name;
+    ASSERT_EQ(on.plugin.brokers.size(), 2u);
+    EXPECT_EQ(on.plugin.brokers[1]->preference("pictures"), "saving") << name;
+    EXPECT_EQ(on.session.preference("pictures"), "saving");
+  }
+}
+
 TEST(RobotSession, HandsItsConnectionToAPluginThatAsksForOneOfThatName) {
   TcpRobot robot;
   const auto guests = Ky::KyModule::createModule<Guests>(robot.broker());

@@ -49,6 +49,15 @@ TEST(StatusLine, TellsTheFiguresOfALivePicture) {
             line("Live | newest picture 0.9 s ago | 1.0 kB/s"));
 }
 
+TEST(StatusLine, TellsHowThePicturesCome) {
+  EXPECT_EQ(statusText({State::Connected, 840us, 1e6, live(29.94, 130ms), false, "exact"}),
+            line("Live | 29.9 fps | newest picture 0.1 s ago | exact | round trip 0.8 ms | "
+                 "1.0 MB/s"));
+  EXPECT_EQ(statusText({State::Connected, 0us, 0, {}, false, "H.264, 1.4 Mbit/s"}),
+            line("Connected | H.264, 1.4 Mbit/s | 0.0 kB/s"));
+  EXPECT_EQ(statusText({State::Lost, 0us, 0, {}, false, "exact"}), "Connection lost, reconnecting");
+}
+
 TEST(StatusLine, HasAWordInsteadOfTheRateOfAPictureThatDoesNotRun) {
   const auto text = [](PictureState state) {
     return statusText({State::Connected, 840us, 0, {state, 0, 12s, 3900ms}});

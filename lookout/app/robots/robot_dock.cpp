@@ -20,6 +20,12 @@ using State = RobotSession::State;
 
 constexpr int kStatusMs = 1000;
 
+QString textOf(const std::vector<std::string>& streams) {
+  QStringList texts;
+  for (const std::string& stream : streams) texts << QString::fromStdString(stream);
+  return texts.join(", ");
+}
+
 }  // namespace
 
 RobotDock::RobotDock(const Plugin& plugin, std::optional<Ky::KyAddress> robot, const QString& icons,
@@ -174,8 +180,9 @@ void RobotDock::showStatus() {
 }
 
 RobotStatus RobotDock::status() const {
-  return {fSession->state(), fSession->statistics().roundTrip, fBytesPerSecond, fPicture->reading(),
-          fExposed};
+  const Ky::KyStatistics statistics = fSession->statistics();
+  return {fSession->state(), statistics.roundTrip,      fBytesPerSecond, fPicture->reading(),
+          fExposed,          textOf(statistics.streams)};
 }
 
 const QString& RobotDock::problem() const {

@@ -22,6 +22,10 @@ QString pluginsKey(const QString& robot) {
   return group(robot) + "/plugins";
 }
 
+QString picturesKey(const QString& robot) {
+  return group(robot) + "/pictures";
+}
+
 QString widgetGroup(const QString& robot, const QString& plugin) {
   return group(robot) + "/widgets/" + encoded(plugin);
 }
@@ -44,6 +48,15 @@ QStringList RobotMemory::plugins(const QString& robot) {
 void RobotMemory::setPlugins(const QString& robot, const QStringList& plugins) {
   touch(robot);
   QSettings().setValue(pluginsKey(robot), plugins);
+}
+
+QString RobotMemory::pictures(const QString& robot) {
+  return QSettings().value(picturesKey(robot)).toString();
+}
+
+void RobotMemory::setPictures(const QString& robot, const QString& word) {
+  touch(robot);
+  QSettings().setValue(picturesKey(robot), word);
 }
 
 std::optional<WidgetMemory> RobotMemory::widget(const QString& robot, const QString& plugin) {

@@ -25,6 +25,9 @@ class RobotMemory {
   // The names of the plug-ins that were open for it; empty when nothing is remembered.
   static QStringList plugins(const QString& robot);
   static void setPlugins(const QString& robot, const QStringList& plugins);
+  // How its pictures were to come; empty when nothing is remembered.
+  static QString pictures(const QString& robot);
+  static void setPictures(const QString& robot, const QString& word);
   static std::optional<WidgetMemory> widget(const QString& robot, const QString& plugin);
   static void setWidget(const QString& robot, const QString& plugin, const WidgetMemory& memory);
   static void forget(const QString& robot);

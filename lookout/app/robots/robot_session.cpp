@@ -98,6 +98,7 @@ void RobotSession::startProbe() {
          tr(". If the robot was started with --insecure, connect to it without encryption."));
     return;
   }
+  prepare(*fProbe);
   fProbeCheck.start();
   watch(fProbe, Ky::KyConnection::Connecting);
 }
@@ -222,6 +223,7 @@ QWidget* RobotSession::makeWidget(QString& why) {
     fBroker->shutdown();
     fBroker.reset();
   }
+  if (fBroker) prepare(*fBroker);
   return widget;
 }
 
@@ -317,6 +319,26 @@ LookoutWidget* RobotSession::lookoutWidget() const {
 Ky::KyStatistics RobotSession::statistics() const {
   if (fBroker) return fBroker->statistics();
   return fProbe ? fProbe->statistics() : Ky::KyStatistics{};
+}
+
+void RobotSession::setPreference(const std::string& name, const std::string& value) {
+  fPreferences[name] = value;
+  for (const Broker& broker : {fProbe, fBroker})
+    if (broker) broker->setPreference(name, value);
+}
+
+std::string RobotSession::preference(const std::string& name) const {
+  const auto found = fPreferences.find(name);
+  return found != fPreferences.end() ? found->second : std::string();
+}
+
+void RobotSession::prepare(Ky::KyBroker& broker) const {
+  for (const auto& [name, value] : fPreferences) broker.setPreference(name, value);
+}
+
+bool RobotSession::offers(const std::string& module, const std::string& what) const {
+  const Broker& broker = fBroker ? fBroker : fProbe;
+  return broker && broker->offers(module, what);
 }
 
 void RobotSession::setPlaying(bool playing) {

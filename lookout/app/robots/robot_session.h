@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <boost/shared_ptr.hpp>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -75,6 +76,14 @@ class RobotSession : public QObject {
   // Of the widget's connection; zeros without one.
   Ky::KyStatistics statistics() const;
 
+  // For every broker through which the robot is reached, those that its plug-in makes included; see
+  // Ky::KyBroker::setPreference(). Takes effect at once.
+  void setPreference(const std::string& name, const std::string& value);
+  // Empty where nothing was set.
+  std::string preference(const std::string& name) const;
+  // See Ky::KyBroker::offers(); false while the robot has not answered.
+  bool offers(const std::string& module, const std::string& what) const;
+
   // Applies to the widget, and to those that are made later. What the user chose in a lost robot's
   // widget holds for the next one.
   void setPlaying(bool playing);
@@ -107,6 +116,7 @@ class RobotSession : public QObject {
   void retry();
   void makeAgain();
   QByteArray stateFrom(const LookoutWidget& widget) const;
+  void prepare(Ky::KyBroker& broker) const;
   void finishClosing();
   void showProbeProblem();
   void setState(State state, const QString& problem);
@@ -122,6 +132,7 @@ class RobotSession : public QObject {
   State fState = State::Connecting;
   QString fProblem;
   bool fPlaying = false;
+  std::map<std::string, std::string> fPreferences;
   QByteArray fWidgetState;  // of the widget before; see LookoutWidget::saveState()
   QByteArray fTakenUp;      // what this one made of it
   GapWatch fGaps;

@@ -107,6 +107,7 @@ QString statusText(const RobotStatus& status) {
   if (status.state != State::Connected) return stateText(status.state);
   QStringList parts = {pictureText(status.picture)};
   if (status.picture.state == PictureState::Live) parts << liveFigures(status.picture);
+  if (!status.streams.isEmpty()) parts << status.streams;
   if (status.roundTrip.count() > 0)
     parts << StatusLine::tr("round trip %1").arg(roundTripText(status.roundTrip));
   parts << bandwidthText(status.bytesPerSecond);

@@ -16,10 +16,11 @@ struct RobotStatus {
   double bytesPerSecond = 0;
   PictureReading picture;
   bool isExposed = false;  // the connection crosses a network without encryption
+  QString streams = {};    // what comes without being asked for: "exact", "H.264, 1.4 Mbit/s"
 };
 
-// "Live · 29.9 fps · newest picture 0.1 s ago · round trip 0.8 ms · 37.1 MB/s"; what is not known
-// is left out.
+// "Live · 29.9 fps · newest picture 0.1 s ago · exact · round trip 0.8 ms · 37.1 MB/s"; what is not
+// known is left out.
 QString statusText(const RobotStatus& status);
 
 // "No new picture for 3 s" of one that is stalled.

@@ -13,6 +13,7 @@
 #include "lookout/robot_broker.h"
 #include "plugins/plugins_dialog.h"
 #include "robots/connect_dialog.h"
+#include "robots/picture_choice.h"
 #include "robots/remembered_robots.h"
 #include "robots/robot_address.h"
 #include "robots/robot_dock.h"
@@ -119,13 +120,34 @@ bool MainWindow::takesUpThePast() const {
   return fPast == Past::Remembered && !PreferencesDialog::startsFresh();
 }
 
+// ---- how its pictures come
+
+void MainWindow::choosePictures(const QString& robot, const QString& word) {
+  for (const RobotDock* dock : fRobots->docksOf(robot))
+    dock->session().setPreference(kPicturePreference, word.toStdString());
+  if (fPast == Past::Remembered) RobotMemory::setPictures(robot, word);
+}
+
+QString MainWindow::picturesOf(const QString& robot) const {
+  if (const std::vector<RobotDock*> docks = fRobots->docksOf(robot); !docks.empty())
+    return QString::fromStdString(docks.front()->session().preference(kPicturePreference));
+  const QString before = takesUpThePast() ? RobotMemory::pictures(robot) : QString();
+  return pictureWords().contains(before) ? before : pictureWords().first();
+}
+
+// ---- docks
+
 RobotDock* MainWindow::open(const Plugin& plugin) {
   return dock(plugin, std::nullopt);
 }
 
 RobotDock* MainWindow::dock(const Plugin& plugin, std::optional<Ky::KyAddress> robot) {
   auto* added = new RobotDock(plugin, std::move(robot), fIcons, fCloser, fRobots);
-  if (added->session().robot() && fPast == Past::Remembered) added->remember(!takesUpThePast());
+  if (added->session().robot()) {
+    const QString word = picturesOf(added->robotName());
+    added->session().setPreference(kPicturePreference, word.toStdString());
+    if (fPast == Past::Remembered) added->remember(!takesUpThePast());
+  }
   fRobots->add(added);
   return added;
 }

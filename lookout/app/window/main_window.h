@@ -14,6 +14,7 @@ namespace Lookout {
 
 class LogPanel;
 class PaintWhileWaiting;
+class PicturesMenu;
 class RobotArea;
 class RobotDock;
 
@@ -39,6 +40,9 @@ class MainWindow : public QMainWindow {
   RobotDock* connectTo(const Ky::KyAddress& robot, const QStringList& plugins = {});
   // Docks one plug-in for a robot, or brings it to the front when it is there.
   RobotDock* openFor(const Ky::KyAddress& robot, const Plugin& plugin);
+  // How the robot's pictures come: one of pictureWords(). Holds for all its docks, those to come
+  // included, at once.
+  void choosePictures(const QString& robot, const QString& word);
   // Docks a widget that needs no robot.
   RobotDock* open(const Plugin& plugin);
 
@@ -70,6 +74,7 @@ class MainWindow : public QMainWindow {
   void saveLayout() const;
   RobotDock* dock(const Plugin& plugin, std::optional<Ky::KyAddress> robot);
   bool takesUpThePast() const;
+  QString picturesOf(const QString& robot) const;
   std::vector<const Plugin*> chosen(const QString& robot, const QStringList& plugins) const;
   QStringList openPlugins(const QString& robot) const;
   void remember(const QString& robot, const QStringList& plugins) const;
@@ -87,6 +92,7 @@ class MainWindow : public QMainWindow {
   LogPanel* fLog = nullptr;
   QDockWidget* fLogDock = nullptr;
   QMenu* fPluginsOfRobot = nullptr;
+  PicturesMenu* fPictures = nullptr;
   QAction* fCloseRobot = nullptr;
   std::unique_ptr<PaintWhileWaiting> fPainting;
 };

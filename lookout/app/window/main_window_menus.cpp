@@ -11,6 +11,7 @@
 #include "lookout/widget_interface.h"
 #include "robots/robot_dock.h"
 #include "window/main_window.h"
+#include "window/pictures_menu.h"
 #include "window/robot_area.h"
 
 namespace Lookout {
@@ -31,6 +32,11 @@ void MainWindow::buildMenus() {
     const RobotDock* current = fRobots->current();
     if (current != nullptr && current->session().robot())
       listPlugins(*fPluginsOfRobot, *current->session().robot());
+  });
+  fPictures = new PicturesMenu(robot);
+  robot->addMenu(fPictures);
+  connect(fPictures, &PicturesMenu::chosen, this, [this](const QString& word) {
+    if (const RobotDock* current = fRobots->current()) choosePictures(current->robotName(), word);
   });
   fCloseRobot = robot->addAction(tr("C&lose robot"), QKeySequence::Close, this,
                                  &MainWindow::closeCurrentRobot);
@@ -68,6 +74,7 @@ void MainWindow::nameCurrentRobot() {
   fPluginsOfRobot->setTitle(hasRobot ? tr("P&lug-ins of %1").arg(current->robotName())
                                      : tr("P&lug-ins"));
   fPluginsOfRobot->setEnabled(hasRobot);
+  fPictures->showFor(hasRobot ? &current->session() : nullptr);
 }
 
 QMenu* MainWindow::menuOfPlugins(const Ky::KyAddress& robot) {
