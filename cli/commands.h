@@ -23,6 +23,12 @@ void addRobotCommands(CLI::App& app, std::ostream& out);
 // memory list [PREFIX], memory get KEY, memory set KEY JSON, memory remove KEY, memory watch KEY...
 void addMemoryCommands(CLI::App& app, std::ostream& out);
 
+// image FILE
+void addImageCommand(CLI::App& app, std::ostream& out);
+
+// watch FILE
+void addWatchCommand(CLI::App& app, std::ostream& out);
+
 // draw KEY FIGURES
 void addDrawCommand(CLI::App& app);
 

@@ -26,6 +26,8 @@ Examples:
       Writes a value into the robot's memory; get, watch, list and remove are there too.
   ky draw MyFigures '[[0.5, 0.7, 20, 2, 0, 0, 0, 0, "this is a test"]]'
       Draws over the picture of the viewer.
+  ky image front.png
+      Saves what the robot sees; "ky watch front.mkv --seconds 10" films it.
   ky keys make
       Makes this computer's keys, for robots that others can reach.
 
@@ -33,13 +35,15 @@ docs/howto/ tells more.)";
 
 int runCommand(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
   zu::log::setConsoleLevel(zu::log::Level::error);
-  CLI::App app("A robot's modules, memory and the keys to it, from a shell.", "ky");
+  CLI::App app("A robot's modules, memory and pictures and the keys to it, from a shell.", "ky");
   app.set_version_flag("--version", std::string("ky ") + KY_CLI_VERSION);
   app.require_subcommand(0, 1);
   addKeysCommands(app, out);
   addRobotCommands(app, out);
   addMemoryCommands(app, out);
   addDrawCommand(app);
+  addImageCommand(app, out);
+  addWatchCommand(app, out);
   app.footer(kExamples);  // after the commands, which would inherit it
   try {
     app.parse(argc, argv);

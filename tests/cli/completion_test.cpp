@@ -56,6 +56,11 @@ TEST_F(Completion, OffersCommandsOptionsAndWhatTheRobotHas) {
       {"call KyM", "KyMemory.\n"},
       {"call Plain.pi", "Plain.ping\n"},
       {"keys t", "trust\n"},
+      {"im", "image\n"},
+      {"watch --s", "--seconds\n"},
+      {"image --s", "\n"},
+      {"image a.png --pictures e", "exact\n"},
+      {"watch --fps 5 " MAN_PAGE, MAN_PAGE "\n"},
       {"call KyMemory.ping --js", "--json\n"},
       {"call KyMemory.ping --ins", "--insecure\n"},
   };
@@ -70,9 +75,9 @@ TEST_F(Completion, OffersNothingOfARobotThatIsNotThere) {
 TEST(ManPage, ExplainsEveryCommand) {
   std::stringstream page;
   page << std::ifstream(MAN_PAGE).rdbuf();
-  for (const char* command :
-       {".B ping", ".BR list", ".BI call", "memory list", "memory get", "memory set",
-        "memory remove", "memory watch", ".BI draw", "keys make", "keys show", "keys trust"})
+  for (const char* command : {".B ping", ".BR list", ".BI call", "memory list", "memory get",
+                              "memory set", "memory remove", "memory watch", ".BI draw",
+                              ".BI image", ".BI watch", "keys make", "keys show", "keys trust"})
     EXPECT_NE(page.str().find(command), std::string::npos) << command;
 }
 

@@ -45,7 +45,8 @@ void expectWrongUse(const Result& result, const std::string& complaint) {
 TEST(KyCommand, HelpExplainsEveryCommandAndSucceeds) {
   const Result result = ky({"--help"});
   EXPECT_EQ(result.code, 0);
-  for (const char* word : {"keys", "ping", "list", "call", "memory", "draw", "Examples:"})
+  for (const char* word :
+       {"keys", "ping", "list", "call", "memory", "draw", "ky image", "ky watch", "Examples:"})
     EXPECT_NE(result.out.find(word), std::string::npos) << word;
   EXPECT_EQ(ky({"call", "--help"}).code, 0);
 }
