@@ -10,5 +10,8 @@ namespace robot {
 // [width, height, layers, colour space, seconds, microseconds, pixels, camera, left, top, right,
 // bottom angle]. The pixels are the frame's own, not copied.
 Ky::KyValue::Array imageRecord(const Frame& frame, const ImageFormat& format);
+// The same of a picture whose pixels are something else. `time`: as Frame::time().
+Ky::KyValue::Array imageRecord(const ImageFormat& format, std::int64_t time, Ky::KyBinary pixels,
+                               int camera);
 
 }  // namespace robot

@@ -86,13 +86,24 @@ Ky::KyValue::Array VideoDevice::getImageRemote(const Ky::KyPeer& caller, const s
   return imageRecord(*frame, reader->wish().format);
 }
 
-void VideoDevice::openPictures(const Ky::KyPeer& caller, const std::string& name, int stream) {
+void VideoDevice::openPictures(const Ky::KyPeer& caller, const std::string& name, int stream,
+                               const std::string& encoding) {
+  const Encoding wanted = encodingOf(encoding);
   const auto reader = fReaders.find({caller.id, name});
   if (reader == fReaders.end())
     throw KyError("\"" + name + "\" is not subscribed; call subscribe() first");
+  const PictureChoice choice = choiceFor(reader->first, wanted);
   fStreams.erase(reader->first);
   fStreams[reader->first] = std::make_unique<PictureStream>(
-      reader->second, getParentBroker()->sendStream(caller, stream));
+      reader->second, getParentBroker()->sendStream(caller, stream), choice, fEncoders);
+}
+
+// Who opens a stream anew keeps what the one before found out of the link.
+PictureChoice VideoDevice::choiceFor(const Subscriber& subscriber, Encoding encoding) {
+  const auto before = fStreams.find(subscriber);
+  if (before == fStreams.end()) return PictureChoice(encoding);
+  PictureChoice choice = before->second->stop();
+  return choice.encoding() == encoding ? choice : PictureChoice(encoding);
 }
 
 bool VideoDevice::setFrameRate(const Ky::KyPeer& caller, const std::string& name, int fps) {

@@ -23,7 +23,8 @@ class VideoDevice : public Ky::KyModule {
                         int colorSpace, int fps);
   void unsubscribe(const Ky::KyPeer& caller, const std::string& name);
   Ky::KyValue::Array getImageRemote(const Ky::KyPeer& caller, const std::string& name);
-  void openPictures(const Ky::KyPeer& caller, const std::string& name, int stream);
+  void openPictures(const Ky::KyPeer& caller, const std::string& name, int stream,
+                    const std::string& encoding);
 
   bool setFrameRate(const Ky::KyPeer& caller, const std::string& name, int fps);
   bool setResolution(const Ky::KyPeer& caller, const std::string& name, int resolution);
@@ -46,6 +47,7 @@ class VideoDevice : public Ky::KyModule {
   void publishSettings();
   void publishParameters();
 
+  PictureChoice choiceFor(const Subscriber& subscriber, Encoding encoding);
   std::string freeName() const;
   CameraReader* find(const Ky::KyPeer& caller, const std::string& name) const;
   std::vector<CameraReader*> readersOf(const Ky::KyPeer& caller) const;
@@ -55,6 +57,7 @@ class VideoDevice : public Ky::KyModule {
 
   const std::shared_ptr<Cameras> fCameras;
   std::map<Subscriber, std::shared_ptr<CameraReader>> fReaders;
+  const std::shared_ptr<SharedEncoders> fEncoders = std::make_shared<SharedEncoders>();
   std::map<Subscriber, std::unique_ptr<PictureStream>> fStreams;
 };
 

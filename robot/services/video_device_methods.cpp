@@ -29,9 +29,11 @@ void VideoDevice::publishPictures() {
   functionName(
       "openPictures", getName(),
       "Sends a subscriber its pictures as a stream, in place of one that it has: [\"exact\", "
-      "image] each, or [\"error\", text] while there is none.");
+      "image] each, [\"h264\", image with a packet in place of the pixels, number, is it a key "
+      "frame, bit rate], or [\"error\", text] while there is none.");
   addParam("name", "of the subscriber");
   addParam("stream", "the caller's id of it");
+  addParam("encoding", "automatic, exact or saving");
   bindMethod(&VideoDevice::openPictures);
   offer("openPictures");
 }

@@ -42,6 +42,7 @@ class Device : public KyModule {
     functionName("openPictures", getName(), "");
     addParam("name", "");
     addParam("stream", "");
+    addParam("encoding", "");
     bindMethod(&Device::openPictures);
     offer("openPictures");
   }
@@ -53,7 +54,7 @@ class Device : public KyModule {
     if (fAfterChange) fSender->send(*fAfterChange);
     return true;
   }
-  void openPictures(const KyPeer& caller, const std::string& name, int stream) {
+  void openPictures(const KyPeer& caller, const std::string& name, int stream, const std::string&) {
     if (name != "viewer") throw KyError("\"" + name + "\" is not subscribed");
     const zu::MutexLock guard(fMutex);
     ++fOpened;
@@ -117,6 +118,13 @@ class PicturesTest : public testing::Test {
     robot->shutdown();
   }
 
+  // Sends a picture, and returns once it is there.
+  void deliver(int number) {
+    const std::uint64_t before = desktop->statistics().bytesIn;
+    device->send(exact(record(number)));
+    EXPECT_TRUE(waitUntil([&] { return desktop->statistics().bytesIn >= before + 320 * 240 * 2; }));
+    desktop->isModulePresent("KyVideoDevice");  // the answer comes after it
+  }
   int newest() { return proxy->getImageRemote("viewer")[4].asInt(); }
 
   boost::shared_ptr<KyBroker> robot;
@@ -139,6 +147,35 @@ TEST_F(PicturesTest, EachCallAnswersTheNewestThatHasCome) {
   device->send(exact(record(2)));
   EXPECT_TRUE(waitUntil([&] { return newest() == 2; }));
   EXPECT_EQ(device->opened(), 1);
+}
+
+TEST_F(PicturesTest, OfTwoThatCameSinceTheLastCallBothAreAnswered) {
+  EXPECT_EQ(newest(), 1);
+  deliver(2);
+  deliver(3);
+  EXPECT_EQ(newest(), 2);
+  EXPECT_EQ(newest(), 3);
+  EXPECT_EQ(newest(), 3);
+}
+
+TEST_F(PicturesTest, OfMoreTheLastTwoAreAnswered) {
+  EXPECT_EQ(newest(), 1);
+  for (const int number : {2, 3, 4, 5}) deliver(number);
+  EXPECT_EQ(newest(), 4);
+  EXPECT_EQ(newest(), 5);
+}
+
+TEST_F(PicturesTest, OneThatWaitsAtEveryCallIsLeftOutInTheEnd) {
+  EXPECT_EQ(newest(), 1);
+  deliver(2);
+  for (int number = 3; number < 17; ++number) {
+    deliver(number);
+    ASSERT_EQ(newest(), number - 1);
+  }
+  deliver(17);
+  EXPECT_EQ(newest(), 17);
+  deliver(18);
+  EXPECT_EQ(newest(), 18);
 }
 
 TEST_F(PicturesTest, AfterAChangeOfResolutionThePicturesBeforeItAreNotAnswered) {
