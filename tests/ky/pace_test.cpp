@@ -38,9 +38,12 @@ class Link {
       const bool isEndless = fps == 0;
       while (isEndless || fToSend > 0) {
         const std::size_t piece = isEndless ? pace.piece() : std::min(fToSend, pace.piece());
-        if (piece > pace.room() && pace.inFlight() > 0) break;
+        if (piece > pace.room() && pace.inFlight() > 0) {
+          pace.waits();
+          break;
+        }
         if (!isEndless) fToSend -= piece;
-        send(piece, !isEndless && fToSend == 0);
+        send(piece);
       }
     }
   }
@@ -58,8 +61,8 @@ class Link {
  private:
   static Time::duration in(Span span) { return std::chrono::duration_cast<Time::duration>(span); }
 
-  void send(std::size_t bytes, bool isAll) {
-    pace.sent(bytes, isAll, now);
+  void send(std::size_t bytes) {
+    pace.sent(bytes, now);
     fDelivered += static_cast<double>(bytes);
     waits.push_back(queue().count() * 1000);
     fFreeAt = std::max(fFreeAt, now) + in(Span(static_cast<double>(bytes) / rate));
@@ -141,6 +144,14 @@ TEST_P(PaceOnLinks, KeepsWhatItKnowsWhileLessIsSentThanTheLinkCarries) {
   EXPECT_LT(link.pace.bytesPerSecond(), 1.5 * bytesPerSecond());
 }
 
+TEST_P(PaceOnLinks, KeepsWhatItKnowsWhileSomethingLargerIsSentNowAndThen) {
+  link.run(Span(3));
+  // Of some pieces each, and less than there is room for.
+  link.run(Span(60), 5, static_cast<std::size_t>(0.025 * bytesPerSecond()));
+  EXPECT_GT(link.pace.bytesPerSecond(), 0.7 * bytesPerSecond());
+  EXPECT_LT(link.pace.bytesPerSecond(), 1.5 * bytesPerSecond());
+}
+
 TEST_P(PaceOnLinks, GoesOnAfterEachStallAsBefore) {
   link.run(Span(3));
   const double before = link.delivered();
@@ -161,7 +172,7 @@ TEST(Pace, SendsAFewTensOfKilobytesBeforeItKnowsTheLink) {
 TEST(Pace, DoesNotBelieveThatMoreArrivedThanWasSent) {
   Pace pace;
   const Time now{1000s};
-  pace.sent(1000, true, now);
+  pace.sent(1000, now);
   pace.acknowledged(1001, now + 1ms);
   EXPECT_EQ(pace.inFlight(), 1000U);
   pace.acknowledged(1000, now + 1ms);

@@ -68,12 +68,15 @@ void Outbox::endCurrent() {
 bool Outbox::sendSome(Time now) {
   const std::size_t length = fPace.piece();
   // What is longer than all the room goes while nothing else is on its way.
-  if (std::min(length, fCurrent->left()) > fPace.room() && fPace.inFlight() > 0) return false;
+  if (std::min(length, fCurrent->left()) > fPace.room() && fPace.inFlight() > 0) {
+    fPace.waits();
+    return false;
+  }
   const Parts piece = fCurrent->piece(length, fPace.sentBytes());
   if (!fSend(piece)) return false;
   fCurrent->sent(piece);
   if (fCurrent->left() == 0) endCurrent();
-  fPace.sent(bytesOf(piece.attachments), fWaiting.empty() && !fCurrent, now);
+  fPace.sent(bytesOf(piece.attachments), now);
   return true;
 }
 

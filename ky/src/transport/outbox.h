@@ -14,10 +14,10 @@
 
 namespace Ky {
 
-// Small messages go at once. Large ones, and those of streams whatever their size, go one after the other, no faster than the link carries
-// them and in pieces that it carries in a moment, so that a small one never waits for long: a call,
-// an answer or a sign of life is not behind pictures. Where the link is fast the pieces are larger
-// than any message, which then goes in one.
+// Small messages go at once. Large ones, and those of streams whatever their size, go one after the
+// other, no faster than the link carries them and in pieces that it carries in a moment, so that a
+// small one never waits for long: a call, an answer or a sign of life is not behind pictures. Where
+// the link is fast the pieces are larger than any message, which then goes in one.
 //
 // The other end acknowledges each piece as it receives it. Thread-bound.
 class Outbox {

@@ -40,11 +40,10 @@ double Pace::window() const {
   return std::clamp(most, kLeastWindow, kMostWindow);
 }
 
-void Pace::sent(std::size_t bytes, bool isAll, Time now) {
+void Pace::sent(std::size_t bytes, Time now) {
   if (fInFlight.empty()) fDeliveredAt = now;  // nothing could be delivered before
   fSent += bytes;
-  fInFlight.push_back({fSent, now, fDelivered, fDeliveredAt, isAll});
-  if (!isAll) fRoundWasFull = true;
+  fInFlight.push_back({fSent, now, fDelivered, fDeliveredAt});
 }
 
 void Pace::acknowledged(std::uint64_t total, Time now) {

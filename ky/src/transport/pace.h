@@ -14,8 +14,8 @@ namespace Ky {
 // (Cardwell et al., "BBR: Congestion-Based Congestion Control", ACM Queue 14, 5): the rate is the
 // highest that was delivered lately, the round trip the shortest.
 //
-// What is sent while there was nothing more to send tells little of the link: such a sample may
-// raise the rate, never lower it. Thread-bound; brings no clock of its own.
+// As long as nothing waits for room, what is delivered tells little of the link: it may raise the
+// rate, never lower it. Thread-bound; brings no clock of its own.
 class Pace {
  public:
   using Time = std::chrono::steady_clock::time_point;
@@ -34,8 +34,9 @@ class Pace {
   std::size_t room() const;
   // The longest piece that holds nothing up; some 16 KiB while nothing is known.
   std::size_t piece() const;
-  // `isAll`: there was no more to send.
-  void sent(std::size_t bytes, bool isAll, Time now);
+  void sent(std::size_t bytes, Time now);
+  // There is more to send than there is room for.
+  void waits() { fRoundWasFull = true; }
   // The other end has received what was sent up to and with the byte `total`. More than was sent is
   // not believed.
   void acknowledged(std::uint64_t total, Time now);
@@ -54,7 +55,6 @@ class Pace {
     Time at;
     std::uint64_t delivered;  // when it was sent
     Time deliveredAt;
-    bool isAll;
   };
 
   void measureRoundTrip(const Sent& sent, Time now);
