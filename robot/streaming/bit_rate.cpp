@@ -14,18 +14,24 @@ using Seconds = std::chrono::duration<double>;
 
 constexpr double kUnknown = 1e6;    // where nothing is known of the link
 constexpr double kBeginning = 0.6;  // of what it carries
-// Below this part of what the link carries it is not narrow, where something is held up.
-constexpr double kNarrow = 0.6;
 constexpr double kFall = 0.75;
-constexpr double kFallOfStall = 0.9;
-constexpr Seconds kFallPause{0.15};  // and a round trip: only then is it seen what a fall did
-// Growth a second: far from the limit, on the way to it, and close to it.
+// What is held up once was held up by a link that stood still, for long or for a moment; by a
+// narrow one it is again soon.
+constexpr double kFallOfStall = 0.95;
+constexpr Seconds kLong{0.13};
+constexpr Seconds kSoon{0.6};
+constexpr Seconds kSoonAfterLong{0.2};
+// And a round trip: only then is it seen what a fall did. One that is said to be longer is a queue.
+constexpr Seconds kFallPause{0.15};
+constexpr Seconds kMostRoundTrip{0.3};
+// Growth a second: far below what the link carries, usually, and close to what was too much.
 constexpr double kGrowthBelow = 1.3;
+constexpr double kFarBelow = 0.6;
 constexpr double kGrowth = 1.1;
-constexpr double kGrowthClose = 1.02;
-constexpr double kClose = 0.8;         // to what the link carries
-constexpr double kCloseToLimit = 0.7;  // to where it was too much; what is as far beyond is proof
-constexpr Seconds kMostGrowth{1};      // at once, after a pause
+constexpr double kGrowthClose = 1.04;
+constexpr double kCloseFrom = 0.7;
+constexpr double kCloseTo = 1.1;   // what is beyond that proves that there is more by now
+constexpr Seconds kMostGrowth{1};  // at once, after a pause
 
 double sizeRatio(int resolution) {
   return static_cast<double>(sizeOf(resolution).area()) / sizeOf(2).area();
@@ -58,17 +64,27 @@ void BitRate::begin(const LinkState& link, int most) {
 void BitRate::due(const LinkState& link, int most, Time now) {
   const bool wasHeldUp = std::exchange(fIsHeldUp, !link.isIdle);
   if (fRate == 0) begin(link, most);
-  if (fIsHeldUp && !wasHeldUp && now >= fFallAfter) fall(link, now);
+  if (fIsHeldUp && !wasHeldUp) fHeldUpAt = now;
+  if (!fIsHeldUp && wasHeldUp) fall(link, now);
   if (!fIsHeldUp && !wasHeldUp) grow(link, now);
   fGrownAt = now;
   limit(most);
 }
 
+// At the end of what was held up, however long that was: nothing was encoded meanwhile.
 void BitRate::fall(const LinkState& link, Time now) {
-  const bool isNarrow = shareOf(fRate, link).value_or(1) >= kNarrow;
+  const auto isAgain = [&](const std::optional<Time>& before, Seconds within) {
+    return before && fHeldUpAt - *before < within;
+  };
+  const bool isLong = now - fHeldUpAt >= kLong;
+  const bool isNarrow = isLong ? isAgain(fFreeAt, kSoonAfterLong) : isAgain(fBriefAt, kSoon);
+  fFreeAt = now;
+  if (!isLong) fBriefAt = now;
+  if (now < fFallAfter) return;
   if (isNarrow) fLimit = fRate;
   fRate *= isNarrow ? kFall : kFallOfStall;
-  fFallAfter = now + std::chrono::duration_cast<Time::duration>(link.roundTrip + kFallPause);
+  fFallAfter = now + std::chrono::duration_cast<Time::duration>(
+                         std::min<Seconds>(link.roundTrip, kMostRoundTrip) + kFallPause);
 }
 
 void BitRate::grow(const LinkState& link, Time now) {
@@ -77,10 +93,8 @@ void BitRate::grow(const LinkState& link, Time now) {
 }
 
 double BitRate::growthOf(const LinkState& link) const {
-  if (fRate > kCloseToLimit * fLimit && fRate * kCloseToLimit < fLimit) return kGrowthClose;
-  const auto share = shareOf(fRate, link);
-  if (!share) return kGrowth;
-  return *share < kNarrow ? kGrowthBelow : *share < kClose ? kGrowth : kGrowthClose;
+  if (fRate > kCloseFrom * fLimit && fRate < kCloseTo * fLimit) return kGrowthClose;
+  return shareOf(fRate, link).value_or(1) < kFarBelow ? kGrowthBelow : kGrowth;
 }
 
 void BitRate::limit(int most) {

@@ -39,6 +39,9 @@ class BitRate {
   double fRate = 0;
   double fLimit = 0;  // with which the link could not keep up last; 0: none
   bool fIsHeldUp = false;
+  Time fHeldUpAt;
+  std::optional<Time> fFreeAt;   // at the end of that
+  std::optional<Time> fBriefAt;  // the same of what was held up for a moment only
   Time fFallAfter;
   std::optional<Time> fGrownAt;
 };

@@ -15,6 +15,8 @@ constexpr Span kInTime{0.15};
 // The same before anything came back: it may be a long way, or a computer with much to do.
 constexpr Span kInTimeUnknown{0.5};
 constexpr int kRoundTrips = 3;
+// A round trip that is said to be longer is one behind a queue.
+constexpr Span kMostRoundTrip{0.3};
 // How many of the due pictures may find the link busy, in how long.
 constexpr double kBusyShare = 0.15;
 constexpr Span kCounted{1};
@@ -28,7 +30,8 @@ constexpr double kHopeless = 20;
 constexpr Span kProven{30};
 
 Span inTime(const LinkState& link) {
-  return std::max(link.bytesPerSecond > 0 ? kInTime : kInTimeUnknown, kRoundTrips * link.roundTrip);
+  return std::max(link.bytesPerSecond > 0 ? kInTime : kInTimeUnknown,
+                  kRoundTrips * std::min<Span>(link.roundTrip, kMostRoundTrip));
 }
 
 // How long the link takes for a picture, in pictures' times; 0 while that is not known.
@@ -150,7 +153,8 @@ void PictureChoice::fail(Time now) {
 void PictureChoice::encode(const LinkState& link, Time now) {
   fMode = Mode::Encoded;
   fQuietSince = now;
-  fBitRate.begin(link, most());
+  // What would carry this picture in time, but did not, has changed.
+  fBitRate.begin(loadOf(fPicture, link) < 1 ? LinkState{} : link, most());
   goOn();
 }
 
