@@ -16,6 +16,7 @@ using std::chrono::milliseconds;
 
 constexpr const char* kDevice = "KyVideoDevice";
 constexpr std::size_t kDepth = 30;  // a second's: so long may the disk take
+constexpr std::size_t kMostBytes = 64u << 20;
 
 class StreamedFeed : public PictureFeed {
  public:
@@ -39,7 +40,7 @@ class StreamedFeed : public PictureFeed {
  private:
   void open() {
     fStream.reset();
-    auto stream = fBroker->receiveStream(kDepth);
+    auto stream = fBroker->receiveStream(kDepth, {}, kMostBytes);
     fBroker->call(kDevice, "openPictures", {fSubscription, stream->id(), fEncoding});
     fStream = std::move(stream);
     fChain = {};

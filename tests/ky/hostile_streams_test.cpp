@@ -161,6 +161,7 @@ TEST_F(HostileStreams, AcknowledgementsOfWhatWasNeverSentAreIgnored) {
   RawPeer peer(robot->address());
   ASSERT_TRUE(peer.join());
   ASSERT_TRUE(open(peer, 5));
+  peer.readPieces();
   const KyBinary large(std::vector<std::uint8_t>(100'000));
   for (const std::int64_t bytes : {kLeast, std::int64_t{0}, std::int64_t{1}, kMost})
     peer.send({MessageKind::Received, {bytes}});

@@ -152,6 +152,16 @@ TEST_P(PaceOnLinks, KeepsWhatItKnowsWhileSomethingLargerIsSentNowAndThen) {
   EXPECT_LT(link.pace.bytesPerSecond(), 1.5 * bytesPerSecond());
 }
 
+TEST_P(PaceOnLinks, FollowsALinkThatBecomesMuchSlowerThoughNothingWaitsForRoom) {
+  link.run(Span(3));
+  link.rate = bytesPerSecond() / 10;
+  const auto frame = static_cast<std::size_t>(1.2 * link.rate / 30);
+  link.run(Span(10), 30, frame);
+  link.waits.clear();
+  link.run(Span(10), 30, frame);
+  EXPECT_LT(percentile95(link.waits), 250);
+}
+
 TEST_P(PaceOnLinks, GoesOnAfterEachStallAsBefore) {
   link.run(Span(3));
   const double before = link.delivered();

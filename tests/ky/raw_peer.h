@@ -23,6 +23,8 @@ class RawPeer {
   void sendText(const std::string& text) { fSocket.send(zmq::buffer(text)); }
   zmq::socket_t& socket() { return fSocket; }
 
+  // From here on pieces are received as they are, and not acknowledged.
+  void readPieces() { fJoins = false; }
   // The next message, whole; nothing when none comes. Acknowledges pieces.
   std::optional<Ky::Message> receive() {
     for (int i = 0; i < kMostPieces; ++i) {
@@ -34,7 +36,7 @@ class RawPeer {
         attachments.push_back(Ky::KyBinary::copyOf(attachment.data(), attachment.size()));
       }
       Ky::Message message = Ky::decode(text.data<char>(), text.size(), attachments, {});
-      if (message.kind != Ky::MessageKind::Piece) return message;
+      if (message.kind != Ky::MessageKind::Piece || !fJoins) return message;
       send(Ky::receivedMessage(message.id()));
       const auto joined = fJoiner.add(message, std::move(attachments));
       if (joined)
@@ -53,6 +55,7 @@ class RawPeer {
  private:
   static constexpr int kMostPieces = 10'000;
 
+  bool fJoins = true;
   Ky::Joiner fJoiner{{}};
   zmq::context_t fContext;
   zmq::socket_t fSocket{fContext, zmq::socket_type::dealer};

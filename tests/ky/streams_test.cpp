@@ -77,8 +77,9 @@ class StreamsTest : public testing::Test {
     peers.push_back(KyBroker::create(options));
     return peers.back();
   }
-  static std::unique_ptr<KyStreamReceiver> open(KyBroker& peer, std::size_t depth = 1) {
-    auto stream = peer.receiveStream(depth);
+  static std::unique_ptr<KyStreamReceiver> open(KyBroker& peer, std::size_t depth = 1,
+                                                std::size_t bytes = SIZE_MAX) {
+    auto stream = peer.receiveStream(depth, {}, bytes);
     peer.getProxy("Source", 0)->callVoid("open", stream->id());
     return stream;
   }
@@ -177,6 +178,22 @@ TEST_F(StreamsTest, WhatIsAbandonedIsLostAndTheNextArrives) {
   if (sender->lost() == 0) item = stream->next(3s);  // the link was faster
   ASSERT_TRUE(item);
   EXPECT_EQ(item->value.asBinary().data()[0], 2);
+}
+
+TEST_F(StreamsTest, KeepsFewerLargeValuesAndAlwaysTheNewest) {
+  const auto stream = open(*desktop, 100, 8'000'000);
+  const auto sender = source->to("desktop");
+  for (std::uint8_t i = 1; i <= 6; ++i) {
+    sender->send(bytes(3'000'000, i));
+    ASSERT_TRUE(waitUntil([&] { return sender->isIdle(); }));
+  }
+  sender->send(bytes(9'000'000, 7));
+  ASSERT_TRUE(waitUntil([&] { return sender->isIdle(); }));
+  EXPECT_TRUE(desktop->getProxy("Source", 0)->call<bool>("ping"));
+  const auto item = stream->next(10s);
+  ASSERT_TRUE(item);
+  EXPECT_EQ(item->number, 7);
+  EXPECT_FALSE(stream->next(0ms));
 }
 
 TEST_F(StreamsTest, EachPeerHasItsOwn) {
@@ -303,6 +320,7 @@ TEST_F(StreamsTest, ACallIsNotBehindTheValuesOfAStreamThatNobodyReads) {
   ASSERT_TRUE(raw.join("raw"));
   raw.send(callMessage(1, "Source", "open", {5}, 3000ms));
   ASSERT_EQ(raw.receive()->kind, MessageKind::Result);
+  raw.readPieces();
   for (int i = 0; i < 1000; ++i) source->to("raw")->send(bytes(1'000'000, 0));
   raw.send(callMessage(2, "Source", "ping", {}, 3000ms));
   // It never acknowledges anything, so it gets what every link carries, and then its answer.

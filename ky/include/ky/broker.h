@@ -157,12 +157,13 @@ class KyBroker : public boost::enable_shared_from_this<KyBroker> {
   // A stream to a peer that has told its id in a call to one of this broker's modules. Main brokers
   // only: throws KyError on a peer's. One that the peer has under this id already ends.
   std::unique_ptr<KyStreamSender> sendStream(const KyPeer& peer, std::int64_t id);
-  // A stream whose id is to be told to a module of the robot's. It keeps the newest `depth` values
-  // that were not taken yet. With `idle` it is closed when next() has not been called for so long:
-  // for what is asked for as long as somebody wants it. Peers only: throws KyError on a main
-  // broker.
+  // A stream whose id is to be told to a module of the robot's. Of the values that were not taken
+  // yet it keeps the newest `depth`, and of those no more than have `bytes` in their binaries, but
+  // always the newest. With `idle` it is closed when next() has not been called for so long: for
+  // what is asked for as long as somebody wants it. Peers only: throws KyError on a main broker.
   std::unique_ptr<KyStreamReceiver> receiveStream(
-      std::size_t depth = 1, std::optional<std::chrono::milliseconds> idle = std::nullopt);
+      std::size_t depth = 1, std::optional<std::chrono::milliseconds> idle = std::nullopt,
+      std::size_t bytes = SIZE_MAX);
 
   // What the user of this program wishes where there is a choice ("KyVideoDevice.pictures":
   // "exact"); whoever has the choice looks it up and says so. Empty where nothing was set.

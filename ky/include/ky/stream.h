@@ -79,7 +79,7 @@ class KyStreamReceiver {
 
   // What the sender has to be told.
   std::int64_t id() const { return fId; }
-  // The oldest value that was not taken yet, of the newest `depth`; waits for one. Nothing when
+  // The oldest value that was not taken yet, of those that are kept; waits for one. Nothing when
   // none came in time, or when the stream has ended and all are taken.
   std::optional<Item> next(std::chrono::milliseconds patience);
   // Why no more will come: the sender ended it, the robot is lost, or nobody asked for the next

@@ -75,8 +75,8 @@ std::unique_ptr<KyStreamSender> KyBroker::sendStream(const KyPeer& peer, std::in
 }
 
 std::unique_ptr<KyStreamReceiver> KyBroker::receiveStream(
-    std::size_t depth, std::optional<std::chrono::milliseconds> idle) {
-  const auto stream = std::make_shared<IncomingStream>(depth, idle);
+    std::size_t depth, std::optional<std::chrono::milliseconds> idle, std::size_t bytes) {
+  const auto stream = std::make_shared<IncomingStream>(depth, idle, bytes);
   const std::int64_t id = fCore->openIncoming(stream);
   const boost::weak_ptr<KyBroker> self = weak_from_this();
   return std::make_unique<KyStreamReceiver>(id, stream, [self, id] {

@@ -14,6 +14,15 @@ namespace {
 // Of one peer; each takes memory here, and a module's time.
 constexpr std::ptrdiff_t kMostStreams = 64;
 
+// Of what counts in a large value.
+std::size_t binaryBytes(const KyValue& value) {
+  if (value.isBinary()) return value.asBinary().size();
+  std::size_t bytes = 0;
+  if (value.isArray())
+    for (const KyValue& element : value.asArray()) bytes += binaryBytes(element);
+  return bytes;
+}
+
 }  // namespace
 
 // ---- one that goes out
@@ -119,6 +128,24 @@ void OutgoingStreams::closeAll(const std::string& peer) {
 
 // ---- incoming
 
+void IncomingStream::push(KyStreamReceiver::Item item) {
+  bytes += binaryBytes(item.value);
+  items.push_back(std::move(item));
+  while (items.size() > depth || (items.size() > 1 && bytes > mostBytes)) pop();
+}
+
+KyStreamReceiver::Item IncomingStream::pop() {
+  KyStreamReceiver::Item item = std::move(items.front());
+  items.pop_front();
+  bytes -= binaryBytes(item.value);
+  return item;
+}
+
+void IncomingStream::clear() {
+  items.clear();
+  bytes = 0;
+}
+
 void IncomingStreams::add(std::int64_t id, std::shared_ptr<IncomingStream> stream) {
   const zu::MutexLock guard(fMutex);
   fStreams[id] = std::move(stream);
@@ -143,8 +170,7 @@ bool IncomingStreams::receive(std::int64_t id, KyStreamReceiver::Item item) {
   // A number that was there already is a value that came twice.
   if (item.number <= stream->newest) return true;
   stream->newest = item.number;
-  stream->items.push_back(std::move(item));
-  if (stream->items.size() > stream->depth) stream->items.pop_front();
+  stream->push(std::move(item));
   stream->changed.notifyAll();
   return true;
 }
@@ -175,6 +201,7 @@ std::vector<std::int64_t> IncomingStreams::endIdle() {
     const zu::MutexLock ofStream(stream->mutex);
     if (!stream->idle || !stream->ended.empty() || now - stream->asked < *stream->idle) continue;
     stream->ended = "nobody asked for more";
+    stream->clear();
     idle.push_back(id);
   }
   return idle;
@@ -270,9 +297,7 @@ std::optional<KyStreamReceiver::Item> KyStreamReceiver::next(std::chrono::millis
   }
   fStream->asked = std::chrono::steady_clock::now();
   if (fStream->items.empty()) return std::nullopt;
-  Item item = std::move(fStream->items.front());
-  fStream->items.pop_front();
-  return item;
+  return fStream->pop();
 }
 
 std::string KyStreamReceiver::ended() const {

@@ -44,14 +44,21 @@ struct OutgoingStream : Outbox::Later {
 };
 
 struct IncomingStream {
-  IncomingStream(std::size_t keep, std::optional<std::chrono::milliseconds> mayRest)
-      : depth(keep), idle(mayRest) {}
+  IncomingStream(std::size_t keep, std::optional<std::chrono::milliseconds> mayRest,
+                 std::size_t keepBytes = SIZE_MAX)
+      : depth(keep), mostBytes(keepBytes), idle(mayRest) {}
+  void push(KyStreamReceiver::Item item) ZU_REQUIRES(mutex);
+  KyStreamReceiver::Item pop() ZU_REQUIRES(mutex);  // there must be one
+  void clear() ZU_REQUIRES(mutex);
+
   const std::size_t depth;
+  const std::size_t mostBytes;  // of binaries, in all that wait; one value may have more
   const std::optional<std::chrono::milliseconds> idle;
 
   mutable zu::Mutex mutex;
   zu::ConditionVariable changed;
   std::deque<KyStreamReceiver::Item> items ZU_GUARDED_BY(mutex);
+  std::size_t bytes ZU_GUARDED_BY(mutex) = 0;    // of their binaries
   std::int64_t newest ZU_GUARDED_BY(mutex) = 0;  // number
   std::string ended ZU_GUARDED_BY(mutex);
   std::string description ZU_GUARDED_BY(mutex);

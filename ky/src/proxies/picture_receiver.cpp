@@ -16,6 +16,8 @@ constexpr const char* kMethod = "getImageRemote";
 constexpr std::chrono::milliseconds kPatience{3000};
 // Whoever asks more rarely than this gets pictures one by one, each after a new beginning.
 constexpr std::chrono::milliseconds kIdle{2000};
+// Of pictures that wait: some as they are, all that are encoded.
+constexpr std::size_t kMostBytes = 8u << 20;
 // H.264 needs every packet: those of three seconds. Of pictures as they are the newest are enough.
 constexpr std::size_t kPackets = 90;
 constexpr std::size_t kPictures = 2;
@@ -92,7 +94,8 @@ void PictureReceiver::open() {
   fDescribed.reset();
   fStream.reset();
   fEncoding = encoding();
-  auto stream = fBroker->receiveStream(fEncoding == "exact" ? kPictures : kPackets, kIdle);
+  auto stream =
+      fBroker->receiveStream(fEncoding == "exact" ? kPictures : kPackets, kIdle, kMostBytes);
   fBroker->call(kModule, "openPictures", {fName, stream->id(), fEncoding});
   fStream = std::move(stream);
   fArrived = Clock::now();

@@ -17,6 +17,11 @@ constexpr double kFall = 0.8;
 // While the limit is looked for, the rate grows by this much or more a round.
 constexpr double kGrowth = 1.25;
 constexpr int kRoundsAtLimit = 3;
+// A round trip that is no longer than this is as short as the shortest.
+constexpr double kAsBefore = 1.1;
+constexpr Pace::Span kJitter{0.002};
+// What may be on its way, of a round trip's, while that is looked for: the rate may be too high.
+constexpr double kProbe = 0.125;
 constexpr Pace::Span kLastProbeAfter{16};
 
 }  // namespace
@@ -34,7 +39,7 @@ std::size_t Pace::piece() const {
 double Pace::window() const {
   if (fRate == 0) return kFirstWindow;
   const double oneTrip = fRate * fRoundTrip.count();
-  if (fIsProbing) return std::max(kLeastPiece, oneTrip / 2);
+  if (fIsProbing) return std::max(kLeastPiece, kProbe * oneTrip);
   const double most =
       fIsStarting ? 2 * oneTrip + fRate * kQueue.count() : oneTrip + fRate * kQueue.count();
   return std::clamp(most, kLeastWindow, kMostWindow);
@@ -54,6 +59,8 @@ void Pace::acknowledged(std::uint64_t total, Time now) {
     const Sent newest = fInFlight.front();
     fInFlight.pop_front();
     if (!fInFlight.empty() && fInFlight.front().end <= total) continue;
+    // What had to wait in front of the link tells what it carries, too.
+    if (fRoundTrip > Span::zero() && now - newest.at > fRoundTrip + 2 * kQueue) waits();
     measureRoundTrip(newest, now);
     measureRate(newest, now);
     if (newest.delivered >= fRoundEnd) endRound(now);
@@ -71,10 +78,17 @@ void Pace::giveUpLost(Time now) {
 
 void Pace::measureRoundTrip(const Sent& sent, Time now) {
   const Span trip = now - sent.at;
-  if (fRoundTrip == Span::zero() || trip <= fRoundTrip) {
-    fRoundTrip = std::max(trip, Span(1e-6));
-    fRoundTripAt = now;
+  if (fIsProbing) {
+    // What was sent before may have waited behind more than is allowed now.
+    if (sent.at >= fRoundTripAt && (fProbed == Span::zero() || trip < fProbed))
+      fProbed = std::max(trip, Span(1e-6));
+    return;
   }
+  if (fRoundTrip == Span::zero() || trip <= fRoundTrip)
+    fRoundTrip = std::max(trip, Span(1e-6));
+  else if (trip > kAsBefore * fRoundTrip + kJitter)
+    return;
+  fRoundTripAt = now;
 }
 
 void Pace::measureRate(const Sent& sent, Time now) {
@@ -89,11 +103,12 @@ void Pace::endRound(Time now) {
   if (fIsStarting && fRoundWasFull) lookForLimit();
   if (fIsProbing) {
     fIsProbing = false;
+    if (fProbed > Span::zero()) fRoundTrip = fProbed;
   } else if (now - fRoundTripAt > fProbeAfter) {
     // It may be longer by now; a round without a queue will tell.
     fIsProbing = true;
     fProbeAfter = std::min(2 * fProbeAfter, kLastProbeAfter);
-    fRoundTrip = Span::zero();
+    fProbed = Span::zero();
     fRoundTripAt = now;
   }
   fRoundEnd = fDelivered;

@@ -14,8 +14,8 @@ namespace Ky {
 // (Cardwell et al., "BBR: Congestion-Based Congestion Control", ACM Queue 14, 5): the rate is the
 // highest that was delivered lately, the round trip the shortest.
 //
-// As long as nothing waits for room, what is delivered tells little of the link: it may raise the
-// rate, never lower it. Thread-bound; brings no clock of its own.
+// As long as nothing waits, for room or in front of the link, what is delivered tells little of the
+// link: it may raise the rate, never lower it. Thread-bound; brings no clock of its own.
 class Pace {
  public:
   using Time = std::chrono::steady_clock::time_point;
@@ -78,6 +78,7 @@ class Pace {
   double fRateBefore = 0;      // at the last round in which it grew
   int fRoundsWithoutGrowth = 0;
   bool fIsProbing = false;  // holds back for a round, to see the round trip without a queue
+  Span fProbed{0};          // the shortest since then
   Span fProbeAfter{1};      // the first measure is of pieces that were too long, maybe
 };
 
