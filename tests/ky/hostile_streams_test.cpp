@@ -66,13 +66,20 @@ class HostileStreams : public testing::Test {
     robot->shutdown();
   }
 
-  // Whether all were answered.
-  static bool open(RawPeer& peer, std::int64_t first, int count = 1) {
+  // Whether all were answered. `refused`: the ends that came with the answers.
+  static bool open(RawPeer& peer, std::int64_t first, int count = 1,
+                   std::vector<Message>* refused = nullptr) {
     for (int i = 0; i < count; ++i)
       peer.send(callMessage(i, "Hoard", "open", {first + i}, 10'000ms));
-    for (int i = 0; i < count; ++i) {
-      const auto answer = peer.receive();
-      if (!answer || answer->kind != MessageKind::Result) return false;
+    for (int answered = 0; answered < count;) {
+      auto answer = peer.receive();
+      if (!answer) return false;
+      if (answer->kind == MessageKind::Result)
+        ++answered;
+      else if (refused != nullptr && answer->kind == MessageKind::End)
+        refused->push_back(std::move(*answer));
+      else
+        return false;
     }
     return true;
   }
@@ -96,12 +103,41 @@ class HostileStreams : public testing::Test {
 TEST_F(HostileStreams, OfOnePeerAreOpenNoMoreThan64) {
   RawPeer greedy(robot->address());
   ASSERT_TRUE(greedy.join("greedy"));
-  for (int first = 1; first < 10'000; first += 50) ASSERT_TRUE(open(greedy, first, 50));
+  std::vector<Message> refused;
+  for (int first = 1; first < 10'000; first += 50) ASSERT_TRUE(open(greedy, first, 50, &refused));
   EXPECT_TRUE(waitUntil([&] { return hoard->openOnes() == 64; })) << hoard->openOnes();
+  ASSERT_EQ(refused.size(), 10'000U - 64) << "each is told once";
+  EXPECT_EQ(refused.front().id(), 65);
+  EXPECT_EQ(refused.back().id(), 10'000);
   RawPeer modest(robot->address());
   ASSERT_TRUE(modest.join("modest"));
   ASSERT_TRUE(open(modest, 1));
   EXPECT_EQ(valueOver(modest, 7), KyValue(7)) << "another peer has its own";
+}
+
+TEST_F(HostileStreams, ThatWasRefusedSaysWhatToDo) {
+  KyBrokerOptions options;
+  options.name = "desktop";
+  options.parent = robot->address();
+  const auto desktop = KyBroker::create(options);
+  const auto open = [&] {
+    auto stream = desktop->receiveStream();
+    desktop->call("Hoard", "open", {stream->id()});
+    return stream;
+  };
+  std::vector<std::unique_ptr<KyStreamReceiver>> streams;
+  for (int i = 0; i < 64; ++i) streams.push_back(open());
+  const auto refused = open();
+  EXPECT_FALSE(refused->next(10s));
+  EXPECT_EQ(refused->ended(), "too many streams are open; close one first");
+  streams.pop_back();
+  const auto next = open();
+  hoard->senders().back()->send("room");
+  const auto item = next->next(10s);
+  ASSERT_TRUE(item);
+  EXPECT_EQ(item->value, KyValue("room"));
+  EXPECT_EQ(streams.front()->ended(), "");
+  desktop->shutdown();
 }
 
 TEST_F(HostileStreams, OneThatIsClosedOrOpenedAgainMakesRoomForTheNext) {

@@ -60,6 +60,7 @@ class Device : public KyModule {
     ++fOpened;
     fSender = getParentBroker()->sendStream(caller, stream);
     if (fFirst) fSender->send(*fFirst);
+    if (fEndsAtOnce) fSender.reset();
   }
   void stop() override {
     const zu::MutexLock guard(fMutex);
@@ -73,6 +74,11 @@ class Device : public KyModule {
   void sendWhenOpened(KyValue item) {
     const zu::MutexLock guard(fMutex);
     fFirst = std::move(item);
+  }
+  void endWhenOpened() {
+    const zu::MutexLock guard(fMutex);
+    fFirst.reset();
+    fEndsAtOnce = true;
   }
   void sendAfterChange(KyValue item) {
     const zu::MutexLock guard(fMutex);
@@ -92,6 +98,7 @@ class Device : public KyModule {
   std::unique_ptr<KyStreamSender> fSender ZU_GUARDED_BY(fMutex);
   std::optional<KyValue> fFirst ZU_GUARDED_BY(fMutex);
   std::optional<KyValue> fAfterChange ZU_GUARDED_BY(fMutex);
+  bool fEndsAtOnce ZU_GUARDED_BY(fMutex) = false;
   int fOpened ZU_GUARDED_BY(fMutex) = 0;
 };
 
@@ -199,6 +206,12 @@ TEST_F(PicturesTest, WhyThereIsNoneIsSaidAsByACall) {
   device->send(exact(record(5)));
   EXPECT_TRUE(
       waitUntil([&] { return errorOfCall([&] { EXPECT_EQ(newest(), 5); }) == "no error"; }));
+}
+
+TEST_F(PicturesTest, WhyNoMoreComeIsSaid) {
+  device->endWhenOpened();
+  EXPECT_EQ(errorOfCall([&] { newest(); }),
+            "KyVideoDevice.getImageRemote: no more pictures come: it was ended");
 }
 
 TEST_F(PicturesTest, WhoIsNotSubscribedIsToldSo) {

@@ -12,6 +12,7 @@ namespace {
 
 // For peers to read the goodbye.
 constexpr std::chrono::milliseconds kFarewell{50};
+constexpr const char* kTooManyStreams = "too many streams are open; close one first";
 
 }  // namespace
 
@@ -84,10 +85,10 @@ std::shared_ptr<OutgoingStream> MainBroker::openOutgoing(const std::string& peer
   auto stream = std::make_shared<OutgoingStream>(peer, id, fOptions.limits);
   const bool isPosted = post([this, stream] {
     const auto route = fRoutes.find(stream->peer);
-    if (route != fRoutes.end() && !fPeers.at(route->second).isSimple)
-      fStreams.add(stream);
-    else
-      stream->isClosed = true;
+    if (route == fRoutes.end() || fPeers.at(route->second).isSimple)
+      stream->isClosed = true;  // there is nobody whom an end would tell anything
+    else if (!fStreams.add(stream))
+      sendTo(route->second, endMessage(stream->id, kTooManyStreams));
   });
   if (!isPosted) stream->isClosed = true;
   return stream;

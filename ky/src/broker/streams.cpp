@@ -60,7 +60,7 @@ void OutgoingStream::over() {
 
 // ---- outgoing
 
-void OutgoingStreams::add(std::shared_ptr<OutgoingStream> stream) {
+bool OutgoingStreams::add(std::shared_ptr<OutgoingStream> stream) {
   const std::pair key(stream->peer, stream->id);
   const auto [first, last] = ofPeer(stream->peer);
   if (const auto known = fStreams.find(key); known != fStreams.end()) {
@@ -68,9 +68,10 @@ void OutgoingStreams::add(std::shared_ptr<OutgoingStream> stream) {
   } else if (std::distance(first, last) >= kMostStreams) {
     zu::log::warning("ky", "stream") << "refused: the peer has " << kMostStreams << " streams open";
     stream->isClosed = true;
-    return;
+    return false;
   }
   fStreams[key] = std::move(stream);
+  return true;
 }
 
 void OutgoingStreams::remove(const std::shared_ptr<OutgoingStream>& stream) {

@@ -69,8 +69,9 @@ struct IncomingStream {
 // Thread-bound (the io thread), but for what the streams share with their users.
 class OutgoingStreams {
  public:
-  // In place of one that the peer has under this id. Closes it at once where the peer has too many.
-  void add(std::shared_ptr<OutgoingStream> stream);
+  // In place of one that the peer has under this id. False, and closed, where the peer has too
+  // many.
+  bool add(std::shared_ptr<OutgoingStream> stream);
   void remove(const std::shared_ptr<OutgoingStream>& stream);
   // A value waits for the peer's outbox.
   static void queue(const std::shared_ptr<OutgoingStream>& stream, Outbox& outbox);

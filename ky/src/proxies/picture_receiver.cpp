@@ -63,12 +63,17 @@ KyValue PictureReceiver::newest(const WantedPicture& wanted) {
     if (!waitForOne(fRecord.isNothing() ? end : wanted.until) && fRecord.isNothing()) break;
   }
   if (!fError.empty()) throw KyError(kModule, kMethod, fError);
-  if (fRecord.isNothing() || Clock::now() - fArrived > kPatience) {
-    fStream.reset();
-    throw KyError(kModule, kMethod,
-                  "no picture came within " + std::to_string(kPatience.count()) + " ms");
-  }
+  if (fRecord.isNothing() || Clock::now() - fArrived > kPatience) throwNothingCame();
   return fRecord;
+}
+
+void PictureReceiver::throwNothingCame() {
+  const std::string ended = fStream->ended();
+  fStream.reset();
+  throw KyError(kModule, kMethod,
+                ended.empty()
+                    ? "no picture came within " + std::to_string(kPatience.count()) + " ms"
+                    : "no more pictures come: " + ended);
 }
 
 // ---- the stream

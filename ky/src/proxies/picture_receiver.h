@@ -48,6 +48,7 @@ class PictureReceiver {
   void take(const KyValue& item);
   void takePicture(KyValue record, std::int64_t bitRate);
   void choose();
+  [[noreturn]] void throwNothingCame();
 
   const boost::shared_ptr<KyBroker> fBroker;
   const std::string fName;
