@@ -117,6 +117,10 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
       ->type_name("NAME")
       ->check(CLI::Validator(checkModule, ""))
       ->allow_extra_args(false);
+  app.add_option("--encoder", options.encoder,
+                 "libavcodec's name of the encoder for pictures as H.264, which narrow links get")
+      ->type_name("NAME")
+      ->capture_default_str();
   bool isFtpWanted = false;
   FtpOptions ftp;
   addFtp(app, isFtpWanted, ftp);

@@ -28,8 +28,9 @@ struct Options {
   std::optional<std::filesystem::path> pictures;
   std::optional<std::filesystem::path> keys;
   bool insecure = false;
-  std::set<std::string> without;  // names of modules
-  std::optional<FtpOptions> ftp;  // no server without
+  std::string encoder = "libx264";  // libavcodec's name of the one for pictures as H.264
+  std::set<std::string> without;    // names of modules
+  std::optional<FtpOptions> ftp;    // no server without
 };
 
 }  // namespace robot

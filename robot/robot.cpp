@@ -80,7 +80,9 @@ constexpr ModuleKind kModules[] = {
     {"KyMemory", [](const Parts& parts) { KyModule::createModule<Memory>(parts.broker); }},
     {"KyLauncher", [](const Parts& parts) { KyModule::createModule<Launcher>(parts.broker); }},
     {"KyVideoDevice",
-     [](const Parts& parts) { KyModule::createModule<VideoDevice>(parts.broker, parts.cameras); }},
+     [](const Parts& parts) {
+       KyModule::createModule<VideoDevice>(parts.broker, parts.cameras, parts.options.encoder);
+     }},
     {"KyPhotoCapture",
      [](const Parts& parts) {
        KyModule::createModule<PhotoCapture>(parts.broker, parts.cameras, parts.home);
@@ -156,6 +158,7 @@ std::vector<std::string> moduleNames() {
 
 Robot::Robot(const Options& options) {
   makeHome(options.home);
+  VideoDevice::requireEncoder(options.encoder);
   fCameras = std::make_shared<Cameras>(
       std::array<std::unique_ptr<CameraSource>, kCameras>{openCamera(options, 0),
                                                           openCamera(options, 1)},

@@ -20,7 +20,7 @@ std::vector<std::string> moduleNames();
 class Robot {
  public:
   // Throws KyError that says what to do: a camera's source can't be opened, the home folder can't
-  // be made, the port is taken, keys are missing.
+  // be made, the encoder can't be used, the port is taken, keys are missing.
   explicit Robot(const Options& options);
   ~Robot();
   Robot(const Robot&) = delete;

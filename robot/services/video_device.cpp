@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "robot/services/image_record.h"
+#include "robot/streaming/encoder_trial.h"
 
 namespace robot {
 namespace {
@@ -47,8 +48,15 @@ bool isOfSubscription(int id) {
 
 }  // namespace
 
-VideoDevice::VideoDevice(boost::shared_ptr<Ky::KyBroker> broker, std::shared_ptr<Cameras> cameras)
-    : KyModule(std::move(broker), "KyVideoDevice"), fCameras(std::move(cameras)) {
+void VideoDevice::requireEncoder(const std::string& name) {
+  tryEncoder(name);
+}
+
+VideoDevice::VideoDevice(boost::shared_ptr<Ky::KyBroker> broker, std::shared_ptr<Cameras> cameras,
+                         const std::string& encoder)
+    : KyModule(std::move(broker), "KyVideoDevice"),
+      fCameras(std::move(cameras)),
+      fEncoders(std::make_shared<SharedEncoders>(encoder)) {
   setModuleDescription("The robot's cameras.");
   publishPictures();
   publishSettings();

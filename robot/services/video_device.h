@@ -17,7 +17,11 @@ namespace robot {
 // their own. The methods run on the module's call thread.
 class VideoDevice : public Ky::KyModule {
  public:
-  VideoDevice(boost::shared_ptr<Ky::KyBroker> broker, std::shared_ptr<Cameras> cameras);
+  // Throws KyError that says what to do when pictures can't be encoded with it.
+  static void requireEncoder(const std::string& name);
+  // `encoder`: libavcodec's name of the one for pictures as H.264.
+  VideoDevice(boost::shared_ptr<Ky::KyBroker> broker, std::shared_ptr<Cameras> cameras,
+              const std::string& encoder = EncoderSettings().name);
 
   std::string subscribe(const Ky::KyPeer& caller, const std::string& name, int resolution,
                         int colorSpace, int fps);
@@ -57,7 +61,7 @@ class VideoDevice : public Ky::KyModule {
 
   const std::shared_ptr<Cameras> fCameras;
   std::map<Subscriber, std::shared_ptr<CameraReader>> fReaders;
-  const std::shared_ptr<SharedEncoders> fEncoders = std::make_shared<SharedEncoders>();
+  const std::shared_ptr<SharedEncoders> fEncoders;
   std::map<Subscriber, std::unique_ptr<PictureStream>> fStreams;
 };
 

@@ -78,6 +78,7 @@ SharedEncoders::Place SharedEncoders::found(const Kind& kind, int bitRate) {
   settings.format = kind.format;
   settings.fps = kind.fps;
   settings.bitRate = bitRate;
+  settings.name = fEncoder;
   auto encoder = std::make_shared<SharedEncoder>(settings, fEncoded);
   return fGroups.insert(fGroups.end(), {kind, octaveOf(bitRate), {}, std::move(encoder)});
 }

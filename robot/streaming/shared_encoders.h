@@ -7,6 +7,8 @@
 #include <list>
 #include <map>
 #include <memory>
+#include <string>
+#include <utility>
 
 #include "robot/streaming/shared_encoder.h"
 #include "zu/mutex.h"
@@ -25,6 +27,10 @@ class SharedEncoders {
     bool operator==(const Kind&) const = default;
   };
   using Member = const void*;  // whatever tells one from the other
+
+  // `encoder`: libavcodec's name of the encoder that is used.
+  explicit SharedEncoders(std::string encoder = EncoderSettings().name)
+      : fEncoder(std::move(encoder)) {}
 
   // The member's encoder: the one that it has where that still fits, else another's or a new one.
   // Throws KyError as PictureEncoder does.
@@ -50,6 +56,7 @@ class SharedEncoders {
   Place found(const Kind& kind, int bitRate) ZU_REQUIRES(fMutex);
   void remove(Place place, Member member) ZU_REQUIRES(fMutex);
 
+  const std::string fEncoder;
   const std::shared_ptr<std::atomic<std::uint64_t>> fEncoded =
       std::make_shared<std::atomic<std::uint64_t>>(0);
   mutable zu::Mutex fMutex;

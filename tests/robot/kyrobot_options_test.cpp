@@ -32,7 +32,7 @@ TEST(KyrobotOptions, HelpExplainsEveryOptionWithExamples) {
   EXPECT_EQ(ended.errors, "");
   for (const char* text :
        {"--port", "--listen", "--camera", "--camera-model", "--home", "--logos", "--pictures",
-        "--keys", "--insecure", "--without", "--ftp", "--ftp-port", "--ftp-user",
+        "--keys", "--insecure", "--without", "--encoder", "--ftp", "--ftp-port", "--ftp-user",
         "--ftp-password-file", "--version", "Examples:", "kyrobot --camera 0=vtest.avi"})
     EXPECT_NE(ended.output.find(text), std::string::npos) << text;
 }
@@ -75,6 +75,22 @@ TEST(KyrobotOptions, AMissingCameraSourceEndsWithOne) {
   EXPECT_EQ(ended.errors,
             "kyrobot: camera 1: there is no file or folder \"/nowhere/film.avi\"; a source is "
             "\"generated\", a film, a picture, a folder of pictures or /dev/videoN\n");
+}
+
+TEST(KyrobotOptions, AnEncoderThatCannotBeUsedEndsWithOneAndSaysWhatToDo) {
+  const auto errorWith = [](const std::string& encoder) {
+    const Ended ended = runKyrobot({"--port", "0", "--encoder", encoder});
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.output, "");
+    return ended.errors;
+  };
+  const std::string advice = "; give --encoder another name, or leave it out for \"libx264\"\n";
+  for (const std::string name : {"libx265", "x264"})  // for something else, and none at all
+    EXPECT_EQ(errorWith(name), "kyrobot: there is no encoder \"" + name +
+                                   "\" for H.264 here; \"libx264\" is always there" + advice);
+  EXPECT_EQ(errorWith("libx264rgb"),
+            "kyrobot: the encoder \"libx264rgb\" can't take color space 0; \"libx264\" takes all" +
+                advice);
 }
 
 TEST(KyrobotOptions, AHomeThatCannotBeMadeEndsWithOne) {

@@ -179,6 +179,17 @@ TEST(Kyrobot, HasTheCameraModelThatItIsGiven) {
   desktop->shutdown();
 }
 
+TEST(Kyrobot, EncodesWithTheEncoderThatItIsGiven) {
+  KyrobotProcess robot({"--port", "0", "--encoder", "libx264"});
+  const auto desktop = robot.connect();
+  desktop->setPreference("KyVideoDevice.pictures", "saving");
+  Ky::KyVideoDeviceProxy device(desktop);
+  device.subscribe("me", 2, 9, 30);
+  EXPECT_EQ(device.getImageRemote("me")[0].asInt(), 640);
+  EXPECT_EQ(desktop->statistics().streams, std::vector<std::string>{"H.264, 0.8 Mbit/s"});
+  desktop->shutdown();
+}
+
 TEST(Kyrobot, MakesItsHome) {
   const TestFolder folder;
   KyrobotProcess robot({"--port", "0", "--home", folder / "some/where"});
