@@ -1,16 +1,22 @@
 // SPDX-License-Identifier: Apache-2.0
 // How many of 30 pictures a second does the viewer show over links like those that robots have, how
-// old are they, and how long does a call take meanwhile? A real robot, and the real module, thread
-// and view, with a link of that delay each way and that rate between them.
+// old are they, how long does a call take meanwhile, and what does it cost? A real robot, and the
+// real module, thread and view, with a link of that delay each way and that rate between them.
+//
+// With --keys everything is encrypted.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
+#include <cstring>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "cpu_time.h"
+#include "known_keys.h"
 #include "playing_viewer.h"
 #include "support/link.h"
 #include "targets.h"
@@ -91,23 +97,51 @@ class Caller {
   std::thread fThread;
 };
 
-void play(benchmark::State& state, int robotPort, const Line& line) {
+std::string carriedBy(const Ky::KyBroker& broker) {
+  const auto streams = broker.statistics().streams;
+  return streams.empty() ? "asked for one by one" : streams.front();
+}
+
+// The robot, with keys or without.
+struct Side {
+  explicit Side(bool hasKeys) {
+    if (hasKeys) keys.emplace();
+    robot.emplace(known());
+  }
+  const bench::KnownKeys* known() const { return keys ? &*keys : nullptr; }
+  Ky::KyAddress over(const Link& link) const {
+    return keys ? bench::KnownKeys::beyondLoopback(link.port())
+                : Ky::KyAddress{"127.0.0.1", link.port()};
+  }
+
+  std::optional<bench::KnownKeys> keys;
+  std::optional<bench::Robot> robot;
+};
+
+void play(benchmark::State& state, const Side& side, const Line& line) {
   for (auto _ : state) {
-    Link between(robotPort);
-    between.set(line.settings);
-    bench::PlayingViewer viewer({"127.0.0.1", between.port()}, line.resolution);
+    std::optional<Link> between;
+    const auto network = bench::threadsOf([&] { between.emplace(side.robot->address.port); });
+    between->set(line.settings);
+    bench::PlayingViewer viewer(side.over(*between), line.resolution, side.known());
     bench::runEventLoopFor(kWarmUp);
     viewer.view().takeAges();
     const auto before = viewer.view().framesPainted();
     Caller caller(viewer.broker());
+    const bench::CpuTime cpu(side.robot->process.pid(), network);
     bench::runEventLoopFor(kMeasured);
+    const double onRobot = cpu.robot(), onDesktop = cpu.desktop();
     const auto painted = static_cast<double>(viewer.view().framesPainted() - before);
     const double fps = painted / std::chrono::duration<double>(kMeasured).count();
     const double age = percentile95(viewer.view().takeAges());
     const double call = percentile95(caller.finish());
     const double way = std::chrono::duration<double, std::milli>(line.settings.delay).count();
     state.counters["shown_fps"] = fps;
-    const std::string on = std::string(" over ") + line.name;
+    state.counters["robot_cpu"] = onRobot;
+    state.counters["viewer_cpu"] = onDesktop;
+    const std::string on = std::string(" over ") + line.name + (side.keys ? " with keys" : "");
+    std::printf("pictures%s: %s; robot %.0f%%, viewer %.0f%% of a core\n", on.c_str(),
+                carriedBy(*viewer.broker()).c_str(), onRobot, onDesktop);
     bench::atLeast("frames a second shown of 30" + on, fps, line.fps);
     if (line.settings.stallFor > 0ms) continue;
     bench::atMost("ms from capture to paint, 95th percentile," + on, age, way + 1000.0 / 30 + 80);
@@ -115,11 +149,22 @@ void play(benchmark::State& state, int robotPort, const Line& line) {
   }
 }
 
+// Takes "--keys" out of the command line.
+bool takeKeys(int& argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--keys") != 0) continue;
+    std::copy(argv + i + 1, argv + argc, argv + i);
+    --argc;
+    return true;
+  }
+  return false;
+}
+
 int run(int argc, char** argv) {
-  const bench::Robot robot;
+  const Side side(takeKeys(argc, argv));
   for (const Line& line : lines())
     bench::once(std::string("links/") + line.name,
-                [&, line](benchmark::State& state) { play(state, robot.address.port, line); });
+                [&, line](benchmark::State& state) { play(state, side, line); });
   return bench::runOnce(argc, argv);
 }
 

@@ -30,10 +30,17 @@ Ky::KyAddress addressIn(const std::optional<std::string>& line) {
   return Ky::KyAddress::parse(line->substr(line->rfind(' ') + 1));
 }
 
-boost::shared_ptr<Ky::KyBroker> connectTo(const Ky::KyAddress& robot) {
+std::vector<std::string> optionsOf(const Robot& robot, const KnownKeys* keys) {
+  std::vector<std::string> options = {"--port", "0", "--home", robot.home.path().toStdString()};
+  if (keys != nullptr) options.insert(options.end(), {"--keys", keys->robots()});
+  return options;
+}
+
+boost::shared_ptr<Ky::KyBroker> connectTo(const Ky::KyAddress& robot, const KnownKeys* keys) {
   Ky::KyBrokerOptions options;
   options.name = "PeriscopeBroker";
   options.parent = robot;
+  if (keys != nullptr) options.keys = keys->desktops(robot);
   return Ky::KyBroker::create(options);
 }
 
@@ -51,8 +58,8 @@ int runWindowed(int argc, char** argv, int (*run)(int argc, char** argv)) {
   }
 }
 
-Robot::Robot()
-    : process(KYROBOT, {"--port", "0", "--home", home.path().toStdString()}),
+Robot::Robot(const KnownKeys* keys)
+    : process(KYROBOT, optionsOf(*this, keys)),
       address(addressIn(process.waitForLine("listening on "))) {
 }
 
@@ -70,8 +77,8 @@ void WatchedView::paintEvent(QPaintEvent* event) {
     fAges.push_back(static_cast<double>(zu::os::nowMicroseconds() - captured) / 1e3);
 }
 
-PlayingViewer::PlayingViewer(const Ky::KyAddress& robot, int resolution)
-    : fBroker(connectTo(robot)), fModule(Ky::KyModule::createModule<Module>(fBroker)) {
+PlayingViewer::PlayingViewer(const Ky::KyAddress& robot, int resolution, const KnownKeys* keys)
+    : fBroker(connectTo(robot, keys)), fModule(Ky::KyModule::createModule<Module>(fBroker)) {
   const auto& model = fModule->model();
   model->fResolution = resolution;
   model->fFps = kFps;

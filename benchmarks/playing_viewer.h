@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "known_keys.h"
 #include "ky/broker.h"
 #include "support/process.h"
 #include "viewer/acquisition/camera_thread.h"
@@ -19,7 +20,8 @@
 namespace bench {
 
 struct Robot {
-  Robot();
+  // With keys it lets in only who has the desktop's.
+  explicit Robot(const KnownKeys* keys = nullptr);
 
   QTemporaryDir home;
   Process process;
@@ -53,7 +55,7 @@ class PlayingViewer {
  public:
   static constexpr int kFps = 30;
 
-  PlayingViewer(const Ky::KyAddress& robot, int resolution);
+  PlayingViewer(const Ky::KyAddress& robot, int resolution, const KnownKeys* keys = nullptr);
   ~PlayingViewer();
   PlayingViewer(const PlayingViewer&) = delete;
   PlayingViewer& operator=(const PlayingViewer&) = delete;
