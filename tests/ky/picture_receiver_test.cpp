@@ -2,6 +2,8 @@
 // Pictures that come as a stream, behind the calls that ask for them.
 #include <gtest/gtest.h>
 
+#include <future>
+
 #include "error_of_call.h"
 #include "ky/module.h"
 #include "ky/video_device_proxy.h"
@@ -191,6 +193,19 @@ TEST_F(PicturesTest, AfterAChangeOfResolutionThePicturesBeforeItAreNotAnswered) 
   device->sendAfterChange(exact(record(3, 640, 480)));
   EXPECT_TRUE(proxy->setResolution("viewer", 2));
   EXPECT_EQ(proxy->getImageRemote("viewer")[0], KyValue(640));
+}
+
+TEST_F(PicturesTest, WhoWaitsForASizeWaitsForAnotherOnceThatIsAskedFor) {
+  EXPECT_EQ(newest(), 1);
+  EXPECT_TRUE(proxy->setResolution("viewer", 2));
+  auto waiting = std::async(std::launch::async, [&] { return newest(); });
+  deliver(2);
+  EXPECT_TRUE(proxy->setResolution("viewer", 0));
+  const std::uint64_t before = desktop->statistics().bytesIn;
+  device->send(exact(record(3, 160, 120)));
+  EXPECT_TRUE(waitUntil([&] { return desktop->statistics().bytesIn >= before + 160 * 120 * 2; }));
+  device->send(exact(record(4, 160, 120)));
+  EXPECT_EQ(waiting.get(), 3);
 }
 
 TEST_F(PicturesTest, AnotherSizeThanWasAskedForIsAnsweredAfterAWhile) {

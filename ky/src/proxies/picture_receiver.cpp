@@ -52,15 +52,16 @@ PictureReceiver::PictureReceiver(boost::shared_ptr<KyBroker> broker, std::string
     : fBroker(std::move(broker)), fName(std::move(name)) {
 }
 
-KyValue PictureReceiver::newest(const WantedPicture& wanted) {
+KyValue PictureReceiver::newest(const std::function<WantedPicture()>& wanted) {
   openWhereNeeded();
   fetch();
   const auto end = Clock::now() + kPatience;
   while (fError.empty()) {
     choose();
-    const auto now = Clock::now();
-    if (!fRecord.isNothing() && (now >= wanted.until || isAsWanted(fRecord, wanted))) break;
-    if (!waitForOne(fRecord.isNothing() ? end : wanted.until) && fRecord.isNothing()) break;
+    const WantedPicture awaited = wanted();
+    if (!fRecord.isNothing() && (Clock::now() >= awaited.until || isAsWanted(fRecord, awaited)))
+      break;
+    if (!waitForOne(fRecord.isNothing() ? end : awaited.until) && fRecord.isNothing()) break;
   }
   if (!fError.empty()) throw KyError(kModule, kMethod, fError);
   if (fRecord.isNothing() || Clock::now() - fArrived > kPatience) throwNothingCame();

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -31,10 +32,11 @@ class PictureReceiver {
   PictureReceiver(boost::shared_ptr<KyBroker> broker, std::string name);
 
   // The newest image record that has come: at once, but for the first one, and the first that is as
-  // wanted. Where two came since the last call it is the older one, so that who asks as often as
-  // they come gets them all; but not for long. It is not checked. Throws KyError where the robot
-  // says why there is none, what comes can't be decoded, or none comes in the time of a call.
-  KyValue newest(const WantedPicture& wanted);
+  // wanted, which may become something else meanwhile. Where two came since the last call it is the
+  // older one, so that who asks as often as they come gets them all; but not for long. It is not
+  // checked. Throws KyError where the robot says why there is none, what comes can't be decoded, or
+  // none comes in the time of a call.
+  KyValue newest(const std::function<WantedPicture()>& wanted);
 
  private:
   using Clock = std::chrono::steady_clock;

@@ -74,7 +74,7 @@ class KyVideoDeviceProxy::Pictures {
   KyValue newest(const std::string& name) {
     const auto receiver = receiverOf(name);
     const zu::MutexLock guard(receiver->mutex);
-    return receiver->pictures.newest(wanted(name));
+    return receiver->pictures.newest([&] { return wanted(name); });
   }
 
   void end(const std::string& name) {
