@@ -54,6 +54,8 @@ class End {
     check();
   }
 
+  std::uint64_t sent = 0;  // to it, in pieces
+
  private:
   void handle(Message message) {
     switch (message.kind) {
@@ -100,7 +102,8 @@ void sendInPieces(ValueFromBytes& bytes, Parts whole, End& end) {
   const std::size_t size = 1 + bytes.byte();
   const std::uint8_t missing = bytes.byte();
   for (std::uint8_t i = 0; cutter.left() > 0 && i < 200; ++i) {
-    const Parts piece = cutter.piece(size);
+    const Parts piece = cutter.piece(size, end.sent);
+    end.sent += bytesOf(piece.attachments);
     if (i != missing) end.receive(piece);
     cutter.sent(piece);
   }
@@ -110,7 +113,8 @@ void sendInPieces(ValueFromBytes& bytes, Parts whole, End& end) {
 Parts anyPiece(ValueFromBytes& bytes) {
   KyValue::Array sizes;
   for (int i = bytes.byte() % 4; i > 0; --i) sizes.emplace_back(number(bytes));
-  Parts piece = encode(pieceMessage(std::move(sizes)), {});
+  const auto position = static_cast<std::uint64_t>(number(bytes));
+  Parts piece = encode(pieceMessage(position, std::move(sizes)), {});
   for (int i = bytes.byte() % 4; i > 0; --i)
     piece.attachments.push_back(bytesOf(std::string(number(bytes) & 0xfff, 'x')));
   return piece;
