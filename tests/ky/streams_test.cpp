@@ -175,9 +175,10 @@ TEST_F(StreamsTest, WhatIsAbandonedIsLostAndTheNextArrives) {
   sender->send(bytes(100'000, 2));
   auto item = stream->next(3s);
   ASSERT_TRUE(item);
-  if (sender->lost() == 0) item = stream->next(3s);  // the link was faster
+  if (item->value.asBinary().data()[0] == 1) item = stream->next(3s);  // the link was faster
   ASSERT_TRUE(item);
   EXPECT_EQ(item->value.asBinary().data()[0], 2);
+  EXPECT_GE(sender->lost(), item->number == 1 ? 1U : 0U);
 }
 
 TEST_F(StreamsTest, KeepsFewerLargeValuesAndAlwaysTheNewest) {
@@ -321,7 +322,7 @@ TEST_F(StreamsTest, ACallIsNotBehindTheValuesOfAStreamThatNobodyReads) {
   raw.send(callMessage(1, "Source", "open", {5}, 3000ms));
   ASSERT_EQ(raw.receive()->kind, MessageKind::Result);
   raw.readPieces();
-  for (int i = 0; i < 1000; ++i) source->to("raw")->send(bytes(1'000'000, 0));
+  for (int i = 0; i < 20; ++i) source->to("raw")->send(bytes(1'000'000, 0));
   raw.send(callMessage(2, "Source", "ping", {}, 3000ms));
   // It never acknowledges anything, so it gets what every link carries, and then its answer.
   std::size_t pieces = 0;

@@ -92,7 +92,7 @@ class AbusedStreams : public testing::Test {
   bool takesNoMoreThreads(long than) const {
     return waitUntil([&] { return now().threads <= than; });
   }
-  static void expectLittleMoreMemoryThan(const Footprint& before) {
+  static void expectLittleMoreMemoryThan([[maybe_unused]] const Footprint& before) {
 #ifndef PERISCOPE_SANITIZED  // sanitizers have their own ways with memory
     EXPECT_LT(now().kilobytes - before.kilobytes, 80'000);
 #endif
