@@ -133,7 +133,7 @@ void Memory::openChanges(const Ky::KyPeer& caller, std::int64_t stream,
     values[key] = found == fEntries.end() ? nullptr : found->second.value;
   }
   fChanges.requireRoom(caller, stream);
-  fChanges.open(caller, stream, {getParentBroker()->sendStream(caller, stream), std::move(values)});
+  fChanges.open(caller, stream, {getParentBroker()->sendStream(caller, stream), values});
 }
 
 void Memory::peerLeft(const Ky::KyPeer& peer) {
