@@ -82,6 +82,11 @@ void CameraThread::followFrameRate(Model& model) {
 }
 
 void CameraThread::run() {
+  poll();
+  fHasRun = true;
+}
+
+void CameraThread::poll() {
   {
     const auto model = fModel.lock();
     if (!model) return;
@@ -97,5 +102,4 @@ void CameraThread::run() {
   exec();
   // A timer can be stopped in its own thread only.
   fTimer.reset();
-  fHasRun = true;
 }

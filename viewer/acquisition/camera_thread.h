@@ -54,6 +54,8 @@ class CameraThread : public QThread {
   void run() override;
 
  private:
+  void poll();
+
   void followFrameRate(Model& model);
 
   boost::weak_ptr<Module> fModule;
