@@ -55,7 +55,6 @@ class CameraThread : public QThread {
 
  private:
   void poll();
-
   void followFrameRate(Model& model);
 
   boost::weak_ptr<Module> fModule;
