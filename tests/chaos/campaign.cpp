@@ -21,8 +21,10 @@ constexpr milliseconds kStall = 1s;
 constexpr Footprint kWindowGrowth{1 << 20, 8, 4};
 constexpr Footprint kRobotGrowth{1 << 20, 8, 4};
 #else
-constexpr Footprint kWindowGrowth{24 << 10, 8, 4};
-constexpr Footprint kRobotGrowth{48 << 10, 8, 4};  // a film takes half of it
+// What comes over a narrow link is decoded and encoded, each with pictures of its own: 15 and 25 MiB
+// once, however many faults there are.
+constexpr Footprint kWindowGrowth{64 << 10, 8, 4};
+constexpr Footprint kRobotGrowth{80 << 10, 8, 4};  // a film takes a third of it
 #endif
 
 // So much longer than promised is waited, to see whether it comes at all.
