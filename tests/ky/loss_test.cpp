@@ -13,6 +13,7 @@
 #include "ky/module.h"
 #include "ky/proxy.h"
 #include "raw_peer.h"
+#include "raw_robot.h"
 #include "support/log_capture.h"
 #include "support/wait.h"
 
@@ -187,49 +188,6 @@ TEST(Loss, ConnectingLaterFindsARobotThatStartsLater) {
   robot->shutdown();
 }
 
-// A robot that says nothing but welcome.
-class SilentRobot {
- public:
-  SilentRobot() {
-    fSocket.set(zmq::sockopt::linger, 0);
-    fSocket.set(zmq::sockopt::rcvtimeo, 10'000);
-    fSocket.bind("tcp://127.0.0.1:*");
-    const std::string endpoint = fSocket.get(zmq::sockopt::last_endpoint);
-    fPort = std::stoi(endpoint.substr(endpoint.rfind(':') + 1));
-  }
-  int port() const { return fPort; }
-  // Answers the next hello and returns the id of who said it.
-  std::string welcomeOne(bool isKnown = false) {
-    while (true) {
-      zmq::message_t route;
-      zmq::message_t text;
-      if (!fSocket.recv(route) || !fSocket.recv(text)) return "nobody";
-      const Message message = decode(text.data<char>(), text.size(), {}, {});
-      if (message.kind != MessageKind::Hello) continue;
-      send(route, welcomeMessage("silent", isKnown));
-      return message.fields[1].asString();
-    }
-  }
-  // Does so, and answers what is said next with a goodbye.
-  void welcomeOneAndForgetIt() {
-    welcomeOne();
-    zmq::message_t route;
-    zmq::message_t text;
-    if (!fSocket.recv(route) || !fSocket.recv(text)) return;
-    send(route, byeMessage(kSayHelloFirst));
-  }
-
- private:
-  void send(zmq::message_t& route, const Message& message) {
-    fSocket.send(route, zmq::send_flags::sndmore);
-    fSocket.send(zmq::buffer(encode(message, {}).text));
-  }
-
-  zmq::context_t fContext;
-  zmq::socket_t fSocket{fContext, zmq::socket_type::router};
-  int fPort = 0;
-};
-
 // A desktop that notices silence soon.
 KyBrokerOptions impatientOptions(int port) {
   KyBrokerOptions options = desktopOptions(port);
@@ -239,7 +197,7 @@ KyBrokerOptions impatientOptions(int port) {
 }
 
 TEST(Loss, CallsToARobotThatFallsSilentFailAndItIsGivenUpLater) {
-  SilentRobot robot;
+  RawRobot robot;  // says nothing but welcome
   auto welcome = std::async(std::launch::async, [&] { robot.welcomeOne(); });
   KyBrokerOptions options = impatientOptions(robot.port());
   options.patience.keep = 900ms;
@@ -263,7 +221,7 @@ TEST(Loss, CallsToARobotThatFallsSilentFailAndItIsGivenUpLater) {
 }
 
 TEST(Loss, ARobotThatSpeaksAgainInTimeHasOnlyBeenSilent) {
-  SilentRobot robot;
+  RawRobot robot;  // says nothing but welcome
   auto welcome = std::async(std::launch::async, [&] { return robot.welcomeOne(); });
   const auto desktop = KyBroker::create(impatientOptions(robot.port()));
   Changes changes(*desktop);
@@ -276,7 +234,7 @@ TEST(Loss, ARobotThatSpeaksAgainInTimeHasOnlyBeenSilent) {
 }
 
 TEST(Loss, ARobotThatDoesNotKnowItsPeerAnyMoreIsLost) {
-  SilentRobot robot;
+  RawRobot robot;  // says nothing but welcome
   auto welcome = std::async(std::launch::async, [&] { return robot.welcomeOne(); });
   const auto desktop = KyBroker::create(impatientOptions(robot.port()));
   Changes changes(*desktop);
@@ -291,7 +249,7 @@ TEST(Loss, ARobotThatDoesNotKnowItsPeerAnyMoreIsLost) {
 
 TEST(Loss, ARobotThatForgetsItsPeerWarns) {
   LogCapture log;
-  SilentRobot robot;
+  RawRobot robot;  // says nothing but welcome
   auto told = std::async(std::launch::async, [&] { robot.welcomeOneAndForgetIt(); });
   const auto desktop = KyBroker::create(impatientOptions(robot.port()));
   told.get();
@@ -303,7 +261,7 @@ TEST(Loss, ARobotThatForgetsItsPeerWarns) {
 }
 
 TEST(Loss, APeerThatIsGivenUpComesBackUnderANewId) {
-  SilentRobot robot;
+  RawRobot robot;  // says nothing but welcome
   auto welcome = std::async(std::launch::async, [&] { return robot.welcomeOne(); });
   KyBrokerOptions options = impatientOptions(robot.port());
   options.patience.keep = 400ms;
@@ -396,7 +354,7 @@ TEST(Loss, AGarbledHandshakeIsTriedAgainOnANewSocket) {
 }
 
 TEST(Loss, ARobotThatNeverAnswersIsToldAfterTheConnectTime) {
-  SilentRobot robot;
+  RawRobot robot;  // says nothing but welcome
   KyBrokerOptions options = desktopOptions(robot.port());
   options.patience.connect = 100ms;
   EXPECT_NE(errorOfCall([&] { KyBroker::create(options); }).find("no answer"), std::string::npos);

@@ -2,6 +2,7 @@
 // A robot that speaks the wire format by hand, well or badly, to one desktop.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <zmq.hpp>
 
@@ -19,16 +20,19 @@ class RawRobot {
   }
   int port() const { return fPort; }
 
-  // Waits for a hello and answers it. False when none comes.
-  bool welcomeOne() {
-    zmq::message_t route;
-    zmq::message_t text;
-    do {
-      if (!fSocket.recv(route) || !fSocket.recv(text)) return false;
-    } while (Ky::decode(text.data<char>(), text.size(), {}, {}).kind != Ky::MessageKind::Hello);
-    fDesktop = route.to_string();
-    say(Ky::welcomeMessage("raw", false));
-    return true;
+  // Waits for a hello, answers it and returns the id of who said it; empty when none comes.
+  std::string welcomeOne(bool isKnown = false) {
+    while (const auto message = receive()) {
+      if (message->kind != Ky::MessageKind::Hello) continue;
+      say(Ky::welcomeMessage("raw", isKnown));
+      return message->fields[1].asString();
+    }
+    return {};
+  }
+  // What is said next is answered, too: with a goodbye.
+  void welcomeOneAndForgetIt() {
+    welcomeOne();
+    if (receive()) say(Ky::byeMessage(Ky::kSayHelloFirst));
   }
   void say(const Ky::Message& message) {
     fSocket.send(zmq::buffer(fDesktop), zmq::send_flags::sndmore);
@@ -36,6 +40,15 @@ class RawRobot {
   }
 
  private:
+  // The next message of anybody, without what large ones consist of; nothing when none comes.
+  std::optional<Ky::Message> receive() {
+    zmq::message_t route;
+    zmq::message_t text;
+    if (!fSocket.recv(route) || !fSocket.recv(text)) return std::nullopt;
+    fDesktop = route.to_string();
+    return Ky::decode(text.data<char>(), text.size(), {}, {});
+  }
+
   zmq::context_t fContext;
   zmq::socket_t fSocket{fContext, zmq::socket_type::router};
   std::string fDesktop;  // its route
