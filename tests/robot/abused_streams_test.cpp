@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "in_process_robot.h"
-#include "ky/video_device_proxy.h"
+#include "picture_program.h"
 #include "robot/services/video_device.h"
 #include "support/link.h"
 #include "support/wait.h"
@@ -25,21 +25,9 @@ namespace {
 using Ky::MessageKind;
 using namespace std::chrono_literals;
 
-struct Program {
-  explicit Program(int port, const std::string& pictures = "exact") {
-    Ky::KyBrokerOptions options;
-    options.name = "desktop";
-    options.parent = Ky::KyAddress{"127.0.0.1", port};
-    broker = Ky::KyBroker::create(options);
-    broker->setPreference("KyVideoDevice.pictures", pictures);
-    device = std::make_unique<Ky::KyVideoDeviceProxy>(broker);
-  }
-  ~Program() {
-    device.reset();
-    broker->shutdown();
-  }
-  Program(const Program&) = delete;
-  Program& operator=(const Program&) = delete;
+struct Program : PictureProgram {
+  explicit Program(int port, const std::string& pictures = "exact")
+      : PictureProgram(port, pictures) {}
 
   // Opens a stream behind the proxy's back.
   std::unique_ptr<Ky::KyStreamReceiver> open(const std::string& name) const {
@@ -47,9 +35,6 @@ struct Program {
     broker->call("KyVideoDevice", "openPictures", {name, stream->id(), "exact"});
     return stream;
   }
-
-  boost::shared_ptr<Ky::KyBroker> broker;
-  std::unique_ptr<Ky::KyVideoDeviceProxy> device;
 };
 
 class AbusedStreams : public testing::Test {

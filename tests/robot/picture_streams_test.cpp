@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "in_process_robot.h"
-#include "ky/video_device_proxy.h"
+#include "picture_program.h"
 #include "robot/camera/generated_scene.h"
 #include "robot/services/video_device.h"
 #include "streaming/likeness.h"
@@ -21,22 +21,8 @@ using namespace std::chrono_literals;
 
 constexpr LinkSettings kSlow{.delay = 5ms, .bitsPerSecond = 2'000'000};
 
-struct Program {
-  explicit Program(int port, const std::string& pictures = "") {
-    Ky::KyBrokerOptions options;
-    options.name = "desktop";
-    options.parent = Ky::KyAddress{"127.0.0.1", port};
-    options.patience.reconnectMin = 50ms;
-    broker = Ky::KyBroker::create(options);
-    if (!pictures.empty()) broker->setPreference("KyVideoDevice.pictures", pictures);
-    device = std::make_unique<Ky::KyVideoDeviceProxy>(broker);
-  }
-  ~Program() {
-    device.reset();
-    broker->shutdown();
-  }
-  Program(const Program&) = delete;
-  Program& operator=(const Program&) = delete;
+struct Program : PictureProgram {
+  using PictureProgram::PictureProgram;
 
   Ky::KyValue picture() const { return device->getImageRemote("me"); }
   // What the stream is said to carry after another picture: "exact", "H.264, ...".
@@ -46,9 +32,6 @@ struct Program {
     return streams.empty() ? "" : streams.back();
   }
   bool isEncoded() const { return carried().find("H.264, ") == 0; }
-
-  boost::shared_ptr<Ky::KyBroker> broker;
-  std::unique_ptr<Ky::KyVideoDeviceProxy> device;
 };
 
 std::int64_t now() {
