@@ -47,12 +47,6 @@ std::size_t elementCount(const Ky::KyValue& record) {
   return record.isArray() ? record.size() : 0;
 }
 
-// Wraps around for times that no clock shows.
-std::int64_t microseconds(std::int64_t seconds, std::int64_t rest) {
-  return static_cast<std::int64_t>(static_cast<std::uint64_t>(seconds) * 1000000U +
-                                   static_cast<std::uint64_t>(rest));
-}
-
 void readAngles(const Ky::KyValue& record, Model& model) {
   const bool given = record.size() >= kElementsWithAngles;
   for (std::size_t i = 0; i < model.fAngles.size(); ++i)
@@ -66,7 +60,7 @@ void readRecord(const Ky::KyValue& record, Model& model, Picture& picture) {
   picture.width = record[kWidth].asInt();
   picture.height = record[kHeight].asInt();
   picture.colorSpace = record[kColorSpace].asInt();
-  model.fTimestamp = microseconds(record[kSeconds].asInt64(), record[kMicroseconds].asInt64());
+  model.fTimestamp = microsecondsOf(record[kSeconds].asInt64(), record[kMicroseconds].asInt64());
   if (record.size() > kCamera) model.fCamera = static_cast<std::uint8_t>(record[kCamera].asInt());
   readAngles(record, model);
   picture.complete = true;
@@ -128,6 +122,20 @@ bool store(const Picture& picture, Model& model, unsigned char* scratch) {
   return !picture.complete || convertInto(model, picture, scratch);
 }
 
+// As it came, for whoever wants to see more of it than the frame buffer shows.
+void handOn(const Picture& picture, Model& model) {
+  const bool isKnown =
+      picture.colorSpace == 0 || picture.colorSpace == 9 || picture.colorSpace == 10;
+  if (!picture.complete || !isKnown || *picture.width < 1 || *picture.height < 1) return;
+  Frame frame;
+  frame.pixels = picture.pixels;
+  frame.width = *picture.width;
+  frame.height = *picture.height;
+  frame.colorSpace = picture.colorSpace;
+  frame.timestamp = model.fTimestamp;
+  model.fFrames.publish(std::move(frame));
+}
+
 }  // namespace
 
 void Module::getNext() {
@@ -155,6 +163,7 @@ void Module::getNext() {
   }
   fModel->setPictureProblem(problem);
   if (!store(picture, *fModel, fConvertBuffer)) return;
+  handOn(picture, *fModel);
   if (GCInterface* gui = fGui) gui->updateImage();
 }
 

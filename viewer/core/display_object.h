@@ -25,6 +25,9 @@ struct displayObject {
 struct displayObjectManager {
   boost::shared_ptr<Ky::KyMutex> fMutex;  // made by Model::addObjectWatch
   std::map<std::string, displayObject> fObjects;
+  // When the picture was captured in which they were seen, by the robot's clock, in microseconds
+  // since the Unix epoch; 0: not known.
+  std::int64_t fSeen = 0;
 
   void clear() { fObjects.clear(); }
 };

@@ -11,6 +11,7 @@
 
 #include "ky/mutex.h"
 #include "viewer/core/display_object.h"
+#include "viewer/core/frame_feed.h"
 #include "zu/mutex.h"
 
 struct VideoRecorderModel;
@@ -78,6 +79,9 @@ class Model {
 
   // May be empty: then there is no recorder. GUI thread only.
   boost::shared_ptr<VideoRecorderModel> fVideoRecorder;
+
+  // The same pictures as they came, for views that show them at their full size.
+  FrameFeed fFrames;
 
  private:
   mutable zu::Mutex fProblemMutex;

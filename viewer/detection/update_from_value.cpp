@@ -10,6 +10,14 @@ FieldOfView fieldOfView(const Model& model) {
   return {model.fAngles[0], model.fAngles[1], model.fAngles[2], model.fAngles[3]};
 }
 
+// The first element of what extractors write, [seconds, microseconds].
+std::int64_t timeOf(const std::string& key, const Ky::KyValue& value) {
+  if (decoderFor(key) == decodeCustomObjects) return 0;
+  if (value.size() < 1 || !value[0].isArray() || value[0].size() < 2) return 0;
+  if (!value[0][0].isInt() || !value[0][1].isInt()) return 0;
+  return microsecondsOf(value[0][0].asInt64(), value[0][1].asInt64());
+}
+
 // Returns what the robot's log should hear, mostly nothing. It is told by the caller, for no call
 // may be made while a lock is held that the painting waits for.
 std::string replaceItems(Model& model, const std::string& key, const Ky::KyValue& value) {
@@ -20,7 +28,9 @@ std::string replaceItems(Model& model, const std::string& key, const Ky::KyValue
   displayObjectManager& manager = found->second;
   const Ky::KyCriticalSection items(manager.fMutex);
   manager.clear();
+  manager.fSeen = 0;
   try {
+    manager.fSeen = timeOf(key, value);
     decoderFor(key)(value, fieldOfView(model), manager.fObjects);
   } catch (const ExtractorComplaint& complaint) {
     return complaint.what();

@@ -56,6 +56,9 @@ class Widget : public LookoutWidget, public GCInterface {
   double frameRateWanted() const override;
   QString pictureProblem() const override;
   QWidget* pictureArea() const override;
+  // "stage": the picture as large as there is room.
+  QStringList viewKinds() const override;
+  LookoutWidget* makeView(const QString& kind, QWidget* parent) override;
 
  public slots:
   void onVideoStart();
@@ -69,6 +72,11 @@ class Widget : public LookoutWidget, public GCInterface {
   // Both bring the recorder's tab to the front.
   void selectVideoRecorderView() override;
   void selectVideoSettingView() override;
+
+ protected:
+  // On the picture, and the key S: a stage.
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   QTabWidget* xMakeTabs(const boost::shared_ptr<Module>& module);

@@ -5,7 +5,9 @@
 #include <QIcon>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QKeyEvent>
 #include <QLayout>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTabWidget>
@@ -18,12 +20,14 @@
 #include "viewer/download/ftp_download_dialog.h"
 #include "viewer/recording/videorecordersettings_widget.h"
 #include "viewer/settings/videosettings_widget.h"
+#include "viewer/stage/stage.h"
 #include "viewer/view/view_image.h"
 #include "viewer/view/widget.h"
 
 namespace {
 
 constexpr int kStateVersion = 1;
+const QString kStage = "stage";
 
 }  // namespace
 
@@ -93,6 +97,26 @@ QString Widget::pictureProblem() const {
 
 QWidget* Widget::pictureArea() const {
   return fViewImage;
+}
+
+QStringList Widget::viewKinds() const {
+  return {kStage};
+}
+
+LookoutWidget* Widget::makeView(const QString& kind, QWidget* parent) {
+  const auto module = fModule.lock();
+  return module && kind == kStage ? new Stage(*this, module, parent) : nullptr;
+}
+
+void Widget::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (fViewImage->geometry().contains(event->pos())) emit viewWanted(kStage, false);
+}
+
+void Widget::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_S && event->modifiers() == Qt::NoModifier)
+    emit viewWanted(kStage, false);
+  else
+    LookoutWidget::keyPressEvent(event);
 }
 
 void Widget::onVideoStart() {

@@ -12,3 +12,11 @@ void LookoutWidget::setPlaying(bool) {
 bool LookoutWidget::restoreState(const QByteArray&) {
   return false;
 }
+
+QString LookoutWidget::choose(const QString& setting, const QString&) {
+  return tr("%1 can't be set here").arg(setting);
+}
+
+LookoutWidget* LookoutWidget::makeView(const QString&, QWidget*) {
+  return nullptr;
+}

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 #include <chrono>
 #include <optional>
@@ -46,7 +47,25 @@ class LookoutWidget : public QWidget {
   // The part of it that shows the pictures, to be veiled: it takes no input. Null without pictures.
   virtual QWidget* pictureArea() const { return nullptr; }
 
+  // Does what a user's clicks would do: sets something by a name and value that are the widget's,
+  // such as "size" to "640x480". Empty when it is done, or else why it can't be, for the user.
+  virtual QString choose(const QString& setting, const QString& value);
+
+  // Further views of what this widget shows, each for a dock of its own: their kinds, such as
+  // "stage", and a new one of a kind, or null when there is none of it. Each call makes another. A
+  // view is the host's, which deletes it before this widget, and asks the widget that comes after a
+  // loss for another one, which begins with the state of the one before. Its window title is the
+  // dock's.
+  virtual QStringList viewKinds() const { return {}; }
+  virtual LookoutWidget* makeView(const QString& kind, QWidget* parent);
+
  signals:
+  // To a widget: the user wants to see a view of this kind. The host brings one to the front, or
+  // opens the first; where `another`, it opens one more.
+  void viewWanted(const QString& kind, bool another);
+  // To a view: the user wants it to fill the screen, or to be back in its dock, or to be closed.
+  void fullScreenWanted(bool wanted);
+  void closeWanted();
   // The connection to the robot is lost. The widget gets no more data; when the robot is back, the
   // host asks the plug-in for a new one.
   void disconnected(WidgetInterface* plugin);
