@@ -1,22 +1,47 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "viewer/stage/stage.h"
 
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QToolBar>
 #include <QVBoxLayout>
 
+#include "ky/broker.h"
 #include "viewer/core/module.h"
+#include "viewer/stage/pixel_label.h"
+#include "viewer/stage/shortcut_sheet.h"
 #include "viewer/stage/stage_canvas.h"
+#include "viewer/stage/stage_line.h"
+
+namespace {
+
+constexpr int kRefreshMs = 250;
+constexpr double kZoomStep = 1.25;
+constexpr double kPanStep = 0.1;  // of the view
+constexpr int kGap = 8;           // between what lies over the picture and its edges
+
+constexpr const char* kOverPicture =
+    "QLabel { color: white; background: rgba(0, 0, 0, 170); padding: 4px 8px; font-weight: bold; }";
+
+}  // namespace
 
 Stage::Stage(LookoutWidget& viewer, const boost::shared_ptr<Module>& module, QWidget* parent)
-    : LookoutWidget(parent), fViewer(&viewer), fModule(module), fCanvas(new StageCanvas(this)) {
+    : LookoutWidget(parent), fViewer(&viewer), fModule(module), fActions(*this) {
   setWindowTitle(tr("Stage"));
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(fCanvas);
-  fWatch = module->model()->fFrames.watch([this] {
-    if (!fIsTold.exchange(true))
-      QMetaObject::invokeMethod(this, &Stage::showNewest, Qt::QueuedConnection);
-  });
+  setAccessibleName(windowTitle());
+  setFocusPolicy(Qt::StrongFocus);
+  build();
+  connectPicture();
+  connectLooking();
+  connectMeasuring();
+  listen(*module);
   showNewest();
+  connect(&fRefresh, &QTimer::timeout, this, &Stage::refresh);
+  fRefresh.start(kRefreshMs);
+  refresh();
 }
 
 // Nobody is told any more before the rest goes.
@@ -24,13 +49,131 @@ Stage::~Stage() {
   fWatch.reset();
 }
 
+// ---- construction
+
+void Stage::build() {
+  fToolBar = makeToolBar();
+  fCanvas = new StageCanvas(this);
+  fLine = new StageLine(this);
+  fBadge = makeBadge();
+  fPixel = new PixelLabel(fCanvas);
+  fPixel->hide();
+  fInvitation = new QPushButton(tr("Press to play"), fCanvas);
+  fInvitation->setDefault(true);
+  QFont large = font();
+  large.setPointSizeF(large.pointSizeF() * 1.5);
+  fInvitation->setFont(large);
+  connect(fInvitation, &QPushButton::clicked, this, [this] { setPlaying(true); });
+
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(fToolBar);
+  layout->addWidget(fCanvas, 1);
+  layout->addWidget(fLine);
+}
+
+QToolBar* Stage::makeToolBar() {
+  auto* bar = new QToolBar(tr("Stage tools"), this);
+  bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
+  bar->addActions({fActions.play, fActions.freeze});
+  bar->addSeparator();
+  bar->addActions({fActions.fit, fActions.oneToOne, fActions.zoomOut, fActions.zoomIn,
+                   fActions.turnRight, fActions.mirror});
+  bar->addSeparator();
+  bar->addActions(
+      {fActions.overlays, fActions.sources, fActions.grid, fActions.pixel, fActions.histogram});
+  bar->addSeparator();
+  bar->addActions({fActions.save, fActions.copy, fActions.film, fActions.files});
+  bar->addSeparator();
+  bar->addActions({fActions.fullScreen, fActions.help});
+  return bar;
+}
+
+QLabel* Stage::makeBadge() {
+  auto* badge = new QLabel(fCanvas);
+  badge->setTextFormat(Qt::PlainText);
+  badge->setAttribute(Qt::WA_TransparentForMouseEvents);
+  badge->setStyleSheet(kOverPicture);
+  badge->move(kGap, kGap);
+  badge->hide();
+  return badge;
+}
+
+void Stage::connectPicture() {
+  connect(fActions.play, &QAction::triggered, this, [this](bool play) { setPlaying(play); });
+  connect(fActions.freeze, &QAction::toggled, this, [this](bool frozen) {
+    if (!frozen) showNewest();
+    refresh();
+  });
+  connect(fActions.another, &QAction::triggered, this, [this] {
+    if (fViewer) emit fViewer->viewWanted("stage", true);
+  });
+  connect(fActions.fullScreen, &QAction::triggered, this, &LookoutWidget::fullScreenWanted);
+  connect(fCanvas, &StageCanvas::doubleClicked, this,
+          [this] { emit fullScreenWanted(!window()->isFullScreen()); });
+  connect(fCanvas, &StageCanvas::painted, this, &Stage::countDropped);
+  connect(fCanvas, &StageCanvas::painted, fInvitation, &QWidget::hide);
+  connect(fActions.help, &QAction::triggered, this, &Stage::showShortcuts);
+}
+
+void Stage::connectLooking() {
+  connect(fActions.fit, &QAction::triggered, fCanvas, &StageCanvas::fit);
+  connect(fActions.oneToOne, &QAction::triggered, this, [this] { fCanvas->zoomTo(1); });
+  connect(fActions.zoomIn, &QAction::triggered, this, [this] { fCanvas->zoomBy(kZoomStep); });
+  connect(fActions.zoomOut, &QAction::triggered, this, [this] { fCanvas->zoomBy(1 / kZoomStep); });
+  connect(fActions.turnRight, &QAction::triggered, this, [this] { fCanvas->turn(1); });
+  connect(fActions.turnLeft, &QAction::triggered, this, [this] { fCanvas->turn(-1); });
+  connect(fActions.mirror, &QAction::toggled, fCanvas, &StageCanvas::setMirrored);
+  connect(fCanvas, &StageCanvas::viewChanged, this, &Stage::refresh);
+}
+
+void Stage::connectMeasuring() {
+  const auto look = [this](QAction* action, bool StageScene::Look::*part) {
+    connect(action, &QAction::toggled, this, [this, part](bool shown) {
+      fCanvas->scene().look().*part = shown;
+      fCanvas->update();
+    });
+  };
+  look(fActions.overlays, &StageScene::Look::overlays);
+  look(fActions.grid, &StageScene::Look::grid);
+  connect(fActions.histogram, &QAction::toggled, fCanvas, &StageCanvas::setHistogramShown);
+  connect(fActions.pixel, &QAction::toggled, this, &Stage::showPixel);
+  connect(fCanvas, &StageCanvas::pointed, this, &Stage::showPixel);
+  connect(fCanvas, &StageCanvas::painted, this, &Stage::showPixel);
+  connect(fActions.line, &QAction::toggled, fLine, &QWidget::setVisible);
+  connect(fActions.toolBar, &QAction::toggled, fToolBar, &QWidget::setVisible);
+}
+
+// ---- pictures
+
+void Stage::listen(Module& module) {
+  fWatch = module.model()->fFrames.watch([this] {
+    if (!fIsTold.exchange(true))
+      QMetaObject::invokeMethod(this, &Stage::showNewest, Qt::QueuedConnection);
+  });
+}
+
 void Stage::showNewest() {
   fIsTold = false;
-  if (const auto module = fModule.lock()) fCanvas->show(module->model()->fFrames.newest());
+  const auto module = fModule.lock();
+  if (!module || fActions.freeze->isChecked() || !isVisible()) return;
+  fCanvas->setFrame(module->model()->fFrames.newest());
+}
+
+// While nobody looks, and while the view is frozen, nothing is dropped.
+void Stage::countDropped() {
+  const auto module = fModule.lock();
+  const FramePtr newest = module ? module->model()->fFrames.newest() : nullptr;
+  if (!newest) return;
+  if (fNewestBefore != 0 && newest->number > fNewestBefore + 1)
+    fDropped += newest->number - fNewestBefore - 1;
+  fNewestBefore = newest->number;
 }
 
 void Stage::setPlaying(bool playing) {
   if (fViewer) fViewer->setPlaying(playing);
+  refresh();
 }
 
 bool Stage::isPlaying() const {
@@ -42,7 +185,7 @@ quint64 Stage::framesPainted() const {
 }
 
 std::optional<std::chrono::steady_clock::time_point> Stage::lastPainted() const {
-  return {};
+  return fCanvas->lastPainted();
 }
 
 double Stage::frameRateWanted() const {
@@ -55,4 +198,120 @@ QString Stage::pictureProblem() const {
 
 QWidget* Stage::pictureArea() const {
   return fCanvas;
+}
+
+QSize Stage::sizeHint() const {
+  return {720, 560};
+}
+
+// ---- what is told of them
+
+void Stage::refresh() {
+  const bool playing = isPlaying();
+  fActions.play->setChecked(playing);
+  fActions.play->setText(playing ? tr("Pause") : tr("Play"));
+  fActions.fullScreen->setChecked(window()->isFullScreen());
+  fActions.mirror->setChecked(fCanvas->scene().viewport().isMirrored());
+  const bool hasFrame = fCanvas->scene().frame() != nullptr;
+  fInvitation->setVisible(!hasFrame && !playing);
+
+  fReading =
+      fMeter.update({playing, isVisible(), framesPainted(), lastPainted(), frameRateWanted()},
+                    std::chrono::steady_clock::now());
+  StageStatus status;
+  status.picture = fReading;
+  status.frozen = fActions.freeze->isChecked();
+  status.size = fCanvas->scene().viewport().picture();
+  status.encoding = encoding();
+  status.dropped = fDropped;
+  status.scale = fCanvas->scene().viewport().scale();
+  fLine->show(status);
+  showBadge();
+  placeLabels();
+}
+
+void Stage::showBadge() {
+  const bool isPaused = fReading.state == Lookout::PictureState::Paused;
+  const QString text = fActions.freeze->isChecked() ? tr("Frozen")
+                       : isPaused                   ? tr("Paused")
+                                                    : QString();
+  if (text != fBadge->text()) {
+    fBadge->setText(text);
+    fBadge->adjustSize();
+  }
+  fBadge->setVisible(!text.isEmpty());
+}
+
+void Stage::showPixel() {
+  fPixel->setVisible(fActions.pixel->isChecked());
+  if (fActions.pixel->isChecked()) fPixel->show(fCanvas->scene(), fCanvas->pointedPixel());
+  placeLabels();
+}
+
+void Stage::placeLabels() {
+  fPixel->move(kGap, fCanvas->height() - fPixel->height() - kGap);
+  fInvitation->adjustSize();
+  fInvitation->move((fCanvas->width() - fInvitation->width()) / 2,
+                    (fCanvas->height() - fInvitation->height()) / 2);
+}
+
+QString Stage::encoding() const {
+  const auto module = fModule.lock();
+  if (!module) return {};
+  QStringList texts;
+  for (const std::string& stream : module->getParentBroker()->statistics().streams)
+    texts << QString::fromStdString(stream);
+  return texts.join(", ");
+}
+
+void Stage::showShortcuts() {
+  ShortcutSheet(fActions, this).exec();
+}
+
+// ---- events
+
+void Stage::keyPressEvent(QKeyEvent* event) {
+  const auto arrow = [event]() -> std::optional<QPoint> {
+    switch (event->key()) {
+      case Qt::Key_Left:
+        return QPoint(-1, 0);
+      case Qt::Key_Right:
+        return QPoint(1, 0);
+      case Qt::Key_Up:
+        return QPoint(0, -1);
+      case Qt::Key_Down:
+        return QPoint(0, 1);
+      default:
+        return std::nullopt;
+    }
+  }();
+  if (arrow && event->modifiers().testFlag(Qt::ControlModifier))
+    fCanvas->movePointed(*arrow);
+  else if (arrow)
+    fCanvas->panBy(arrow->x() * kPanStep, arrow->y() * kPanStep);
+  else if (event->key() == Qt::Key_Escape && window()->isFullScreen())
+    emit fullScreenWanted(false);
+  else
+    LookoutWidget::keyPressEvent(event);
+}
+
+void Stage::contextMenuEvent(QContextMenuEvent* event) {
+  QMenu menu(this);
+  fActions.fill(menu);
+  menu.exec(event->globalPos());
+}
+
+void Stage::showEvent(QShowEvent*) {
+  fNewestBefore = 0;
+  showNewest();
+  refresh();
+}
+
+void Stage::changeEvent(QEvent* event) {
+  LookoutWidget::changeEvent(event);
+  if (event->type() == QEvent::WindowStateChange) refresh();
+}
+
+void Stage::resizeEvent(QResizeEvent*) {
+  placeLabels();
 }

@@ -142,6 +142,8 @@ void Viewport::setState(const State& state) {
   if (!fFitted) fScale = std::clamp(state.scale, kLeastScale / 16, kMostScale);
   fQuarters = (state.quarters % 4 + 4) % 4;
   fMirrored = state.mirrored;
-  fMiddle = fFitted ? QPointF(0.5, 0.5) : turning({1, 1}, fQuarters, fMirrored).map(state.middle);
+  const bool isPlace = std::isfinite(state.middle.x()) && std::isfinite(state.middle.y());
+  fMiddle = fFitted || !isPlace ? QPointF(0.5, 0.5)
+                                : turning({1, 1}, fQuarters, fMirrored).map(state.middle);
   keepInside();
 }

@@ -6,7 +6,7 @@
 #include <QPointer>
 #include <QTimer>
 
-#include "robots/picture_meter.h"
+#include "lookout/picture_meter.h"
 
 class LookoutWidget;
 

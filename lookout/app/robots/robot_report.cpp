@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "robots/robot_report.h"
 
-#include "robots/figure_texts.h"
+#include "lookout/figure_texts.h"
 #include "robots/robot_dock.h"
 
 namespace Lookout {

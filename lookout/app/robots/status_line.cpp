@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "robots/status_line.h"
 
-#include "robots/figure_texts.h"
+#include "lookout/figure_texts.h"
 
 namespace Lookout {
 namespace {

@@ -5,7 +5,7 @@
 #include <QLabel>
 #include <chrono>
 
-#include "robots/picture_meter.h"
+#include "lookout/picture_meter.h"
 #include "robots/robot_session.h"
 
 namespace Lookout {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "robots/figure_texts.h"
+#include "lookout/figure_texts.h"
 
 #include <QCoreApplication>
 

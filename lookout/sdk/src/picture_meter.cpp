@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "robots/picture_meter.h"
+#include "lookout/picture_meter.h"
 
 #include <algorithm>
 
