@@ -19,6 +19,7 @@
 #include "playing_viewer.h"
 #include "screen.h"
 #include "targets.h"
+#include "viewer/stage/stage.h"
 
 namespace {
 
@@ -30,11 +31,27 @@ struct Row {
   std::string shown;
   int resolution;
   double limit;  // seconds for 1,000 pictures
+  QSize stage;   // of the stage that shows it; empty: the small view does
 
   std::string name() const { return shown + ", " + Model::resolutionToString(resolution); }
 };
 
-const std::vector<Row> kRows = {{"small view", 2, 2.1}, {"small view", 3, 3.9}};
+const std::vector<Row> kRows = {{"small view", 2, 2.1, {}},
+                                {"small view", 3, 3.9, {}},
+                                {"stage at 1:1", 2, 1.6, {640, 480}},
+                                {"stage at 1:1", 3, 4.0, {1280, 960}},
+                                {"stage on all of 1920 x 1080", 3, 10, {1920, 1080}}};
+
+// A stage of this size in place of the small view, with nothing but the picture in it.
+std::unique_ptr<Stage> putOnStage(bench::PlayingViewer& viewer, LookoutWidget& player, QSize size) {
+  viewer.view().hide();
+  auto stage = std::make_unique<Stage>(player, viewer.module(), nullptr);
+  stage->actions().toolBar->setChecked(false);
+  stage->actions().line->setChecked(false);
+  stage->resize(size);
+  stage->show();
+  return stage;
+}
 
 double seconds(const timeval& time) {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
@@ -49,12 +66,18 @@ double processSeconds() {
 void show(benchmark::State& state, const Ky::KyAddress& robot, const Row& row, int frames) {
   for (auto _ : state) {
     bench::PlayingViewer viewer(robot, row.resolution);
+    LookoutWidget player;
+    const std::unique_ptr<Stage> stage =
+        row.stage.isEmpty() ? nullptr : putOnStage(viewer, player, row.stage);
+    const auto painted = [&] {
+      return stage ? stage->framesPainted() : viewer.view().framesPainted();
+    };
     bench::runEventLoopFor(kWarmUp);
-    const std::uint64_t framesBefore = viewer.view().framesPainted();
+    const std::uint64_t framesBefore = painted();
     const double secondsBefore = processSeconds();
     bench::runEventLoopFor(std::chrono::milliseconds(frames * 1000 / bench::PlayingViewer::kFps));
     const double used = processSeconds() - secondsBefore;
-    const auto shown = static_cast<double>(viewer.view().framesPainted() - framesBefore);
+    const auto shown = static_cast<double>(painted() - framesBefore);
     if (shown == 0) return state.SkipWithError("no picture was shown");
     state.counters["frames"] = shown;
     bench::atMost("s of processor time for 1,000 pictures in the " + row.name(),
