@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "viewer/stage/picture_painter.h"
 
+#include <QPaintEngine>
 #include <QPainter>
 #include <opencv2/imgproc.hpp>
 
@@ -48,13 +49,20 @@ QImage scaled(const QImage& picture, const QRect& part, QSize size) {
   return result;
 }
 
+// A graphics processor enlarges for nothing. It looks at four pixels for each one that it paints,
+// which are too few where it reduces much.
+bool scalesWell(const QPainter& painter, const Viewport& viewport) {
+  return painter.paintEngine()->type() == QPaintEngine::OpenGL2 && viewport.scale() >= 0.5;
+}
+
 }  // namespace
 
 void PicturePainter::paint(QPainter& painter, const QImage& picture, const Viewport& viewport) {
   if (picture.isNull() || viewport.view().isEmpty()) return;
-  if (!viewport.isExact()) return paintSmooth(painter, picture, viewport);
+  const bool isExact = viewport.isExact();
+  if (!isExact && !scalesWell(painter, viewport)) return paintSmooth(painter, picture, viewport);
   painter.save();
-  painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform, !isExact);
   painter.setTransform(viewport.toView(), true);
   painter.drawImage(0, 0, picture);
   painter.restore();

@@ -132,7 +132,7 @@ void Stage::connectMeasuring() {
   const auto look = [this](QAction* action, bool StageScene::Look::*part) {
     connect(action, &QAction::toggled, this, [this, part](bool shown) {
       fCanvas->scene().look().*part = shown;
-      fCanvas->update();
+      fCanvas->refresh();
     });
   };
   look(fActions.overlays, &StageScene::Look::overlays);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "viewer/stage/gl_surface.h"
 #include "viewer/stage/histogram.h"
 
 namespace {
@@ -27,11 +28,13 @@ StageCanvas::StageCanvas(QWidget* parent) : QWidget(parent) {
   setMouseTracking(true);
   setMinimumSize(160, 120);
   setAccessibleName(tr("Camera picture, large"));
+  if (GlSurface::isWorthwhile())
+    fSurface = new GlSurface([this](QPainter& painter) { paint(painter); }, this);
 }
 
 void StageCanvas::setFrame(FramePtr frame) {
   fScene.setFrame(std::move(frame));
-  update();
+  refresh();
 }
 
 // ---- looking
@@ -44,7 +47,7 @@ QPointF StageCanvas::zoomMiddle() const {
 
 void StageCanvas::noteView() {
   if (fPointer) pointAt(*fPointer);
-  update();
+  refresh();
   emit viewChanged();
 }
 
@@ -85,7 +88,7 @@ void StageCanvas::restoreView(const Viewport::State& state) {
 
 void StageCanvas::setHistogramShown(bool shown) {
   fHistogramShown = shown;
-  update();
+  refresh();
 }
 
 void StageCanvas::movePointed(QPoint distance) {
@@ -95,7 +98,7 @@ void StageCanvas::movePointed(QPoint distance) {
   const QPoint to = from + distance;
   fPointed = QPoint(std::clamp(to.x(), 0, picture.width() - 1),
                     std::clamp(to.y(), 0, picture.height() - 1));
-  update();
+  refresh();
   emit pointed();
 }
 
@@ -110,6 +113,7 @@ void StageCanvas::pointAt(QPointF position) {
 // ---- events
 
 void StageCanvas::resizeEvent(QResizeEvent*) {
+  if (fSurface != nullptr) fSurface->resize(size());
   fScene.viewport().setView((QSizeF(size()) * devicePixelRatioF()).toSize());
   noteView();
 }
@@ -156,8 +160,18 @@ void StageCanvas::leaveEvent(QEvent*) {
 
 // ---- painting
 
+void StageCanvas::refresh() {
+  QWidget& painted = fSurface != nullptr ? static_cast<QWidget&>(*fSurface) : *this;
+  painted.update();
+}
+
 void StageCanvas::paintEvent(QPaintEvent*) {
+  if (fSurface != nullptr) return;
   QPainter painter(this);
+  paint(painter);
+}
+
+void StageCanvas::paint(QPainter& painter) {
   painter.scale(1 / devicePixelRatioF(), 1 / devicePixelRatioF());
   fScene.paint(painter);
   if (fHistogramShown && fScene.frame()) paintHistogramBox(painter);

@@ -9,6 +9,8 @@
 
 #include "viewer/stage/stage_scene.h"
 
+class GlSurface;
+
 // Paints a scene, zooms with the wheel around the pointer and pans by dragging. What lies over the
 // picture (labels, buttons) are its children. GUI thread.
 class StageCanvas : public QWidget {
@@ -20,6 +22,8 @@ class StageCanvas : public QWidget {
   StageScene& scene() { return fScene; }
   const StageScene& scene() const { return fScene; }
   void setFrame(FramePtr frame);
+  // To be called after a change of the scene.
+  void refresh();
 
   // Around the pointer while it is over the picture, otherwise around the middle.
   void zoomBy(double factor);
@@ -66,10 +70,12 @@ class StageCanvas : public QWidget {
   QPointF zoomMiddle() const;
   void pointAt(QPointF position);
   void noteView();
+  void paint(QPainter& painter);
   void paintHistogramBox(QPainter& painter);
   void countFrame();
 
   StageScene fScene;
+  GlSurface* fSurface = nullptr;  // null where the canvas is painted without OpenGL
   bool fHistogramShown = false;
   std::optional<QPoint> fPointed;
   std::optional<QPointF> fPointer;   // while it is here, in the widget's coordinates
