@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QPixmap>
+#include <utility>
 
 #include "viewer/view/frame_rate.h"
 #include "viewer/view/overlay_painter.h"
@@ -30,12 +31,22 @@ void paintOverlays(QPainter& painter, const Model& model, const QSizeF& pictureS
   }
 }
 
+// What scaling a pixmap of the whole frame would give. Nearest sampling takes pixels as they are,
+// so that only those which are shown need be looked through for alpha and premultiplied. It copies
+// all four bytes of pixels that have no alpha to blend.
+QPixmap sampled(const QImage& frame, const QSize& size) {
+  const QImage bytes(frame.constBits(), frame.width(), frame.height(), frame.bytesPerLine(),
+                     QImage::Format_RGB32);
+  QImage picture = bytes.scaled(size, Qt::IgnoreAspectRatio, Qt::FastTransformation);
+  picture.reinterpretAsFormat(frame.format());
+  return QPixmap::fromImage(std::move(picture));
+}
+
 }  // namespace
 
 struct ViewImage::Frame {
-  int width;
-  int height;
-  QPixmap pixmap;
+  Placement placement;
+  QPixmap picture;
 };
 
 ViewImage::ViewImage(boost::shared_ptr<const Model> model, QWidget* parent)
@@ -66,7 +77,7 @@ void ViewImage::paintEvent(QPaintEvent*) {
 
   QPainter painter(this);
   const Frame frame = takeFrame(*model);
-  if (frame.pixmap.isNull()) {
+  if (frame.picture.isNull()) {
     paintInvitation(painter);
   } else {
     paintFrame(painter, frame, *model);
@@ -82,8 +93,10 @@ ViewImage::Frame ViewImage::takeFrame(const Model& model) {
     wrapFrame(model, width, height);
     fImageWidth = width;
   }
-  const bool isPicture = width > 0 && height > 0;
-  return {width, height, isPicture ? QPixmap::fromImage(*fImage) : QPixmap()};
+  const Placement placement = placementFor(width, height);
+  if (width <= 0 || height <= 0 || fImage->isNull()) return {placement, QPixmap()};
+  return {placement,
+          placement.scaled ? sampled(*fImage, placement.pictureSize) : QPixmap::fromImage(*fImage)};
 }
 
 void ViewImage::wrapFrame(const Model& model, int width, int height) {
@@ -98,12 +111,7 @@ void ViewImage::paintInvitation(QPainter& painter) const {
 }
 
 void ViewImage::paintFrame(QPainter& painter, const Frame& frame, const Model& model) {
-  const Placement placement = placementFor(frame.width, frame.height);
-  const QPixmap picture = placement.scaled
-                              ? frame.pixmap.scaled(placement.pictureSize, Qt::IgnoreAspectRatio,
-                                                    Qt::FastTransformation)
-                              : frame.pixmap;
-
+  const auto& [placement, picture] = frame;
   painter.translate(placement.origin);
   painter.drawPixmap(0, 0, picture);
   paintOverlays(painter, model, picture.size(), QRectF(rect()).translated(-placement.origin));

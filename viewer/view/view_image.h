@@ -47,7 +47,7 @@ class ViewImage : public QFrame {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  // What one paint shows. The frame's size belongs to the pixels, whatever the camera thread does
+  // What one paint shows. The place belongs to the pixels, whatever the camera thread does
   // meanwhile.
   struct Frame;
 

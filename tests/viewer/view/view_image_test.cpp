@@ -10,9 +10,11 @@
 #include <algorithm>
 #include <atomic>
 #include <boost/make_shared.hpp>
+#include <random>
 #include <thread>
 
 #include "support/wait.h"
+#include "viewer/view/placement.h"
 #include "zu/os.h"
 
 namespace {
@@ -223,6 +225,40 @@ TEST_F(View, ScalesWithoutSmoothing) {
   const QImage image = shot();
   EXPECT_TRUE(isPlain(image, box(160, 120, 479, 359), image.pixel(160, 120)));
   EXPECT_TRUE(image.pixel(160, 120) == 0xff000000 || image.pixel(160, 120) == 0xffffffff);
+}
+
+// What painting the whole frame's pixmap, scaled, gives.
+QImage paintedWhole(const Model& model, const QRect& picture, bool scaled) {
+  QPixmap pixmap = QPixmap::fromImage(
+      QImage(model.fImageData, model.fWidth, model.fHeight, QImage::Format_ARGB32));
+  if (scaled) pixmap = pixmap.scaled(picture.size(), Qt::IgnoreAspectRatio, Qt::FastTransformation);
+  QImage image(640, 480, QImage::Format_RGB32);
+  image.fill(kPaper);
+  QPainter(&image).drawPixmap(picture.topLeft(), pixmap);
+  return image.copy(picture);
+}
+
+TEST_F(View, PaintsTheSamePixelsAsTheWholeFrameScaledAfterwards) {
+  std::mt19937 random(11);
+  const auto fill = [&](const QSize& size, int alpha) {
+    for (int i = 0; i < size.width() * size.height() * 4; ++i)
+      fModel->fImageData[i] = static_cast<unsigned char>(i % 4 < 3 || alpha < 0 ? random() : alpha);
+  };
+  constexpr int kRandom = -1;
+  for (const QSize& size : {QSize(160, 120), QSize(320, 240), QSize(640, 480), QSize(1280, 960),
+                            QSize(800, 600), QSize(161, 121), QSize(643, 481), QSize(1279, 959),
+                            QSize(640, 479), QSize(1, 1), QSize(1280, 1), QSize(3, 700)}) {
+    for (const int alpha : {255, 150, 0, kRandom}) {
+      fill(size, alpha);
+      fModel->fWidth = size.width();
+      fModel->fHeight = size.height();
+      fView.init();  // whatever the height was
+      const Placement placement = placementFor(size.width(), size.height());
+      const QRect picture(placement.origin, placement.pictureSize);
+      EXPECT_EQ(shot().copy(picture), paintedWhole(*fModel, picture, placement.scaled))
+          << size.width() << " x " << size.height() << ", alpha " << alpha;
+    }
+  }
 }
 
 TEST_F(View, ScalesWithoutMovingThings) {
