@@ -2,13 +2,13 @@
 // A robot's pictures as a film, at the times when they were taken.
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 
-#include "cli/pictures/film_encoder.h"
-#include "cli/pictures/film_file.h"
 #include "cli/pictures/picture_feed.h"
+#include "film/film_clock.h"
+#include "film/film_encoder.h"
+#include "film/film_file.h"
 
 namespace cli {
 
@@ -27,21 +27,18 @@ class Film {
 
   int pictures() const { return fPictures; }
   // From the first picture to the last, in ms.
-  std::int64_t duration() const { return fTime; }
+  std::int64_t duration() const { return fClock.newest(); }
   int width() const { return fWidth; }
   int height() const { return fHeight; }
 
  private:
-  std::int64_t timeOf(const Picture& picture);
-  void write(const Ky::KyBinary& packet, bool isKey, const Picture& picture);
+  film::EncodedPicture encode(const Picture& picture);
 
-  FilmFile fFile;
+  film::FilmFile fFile;
+  film::FilmClock fClock;
   const int fFps;
-  std::optional<FilmEncoder> fEncoder;  // while the pictures are exact
+  std::optional<film::FilmEncoder> fEncoder;  // while the pictures are exact
   int fPictures = 0;
-  std::int64_t fTime = 0;          // of the newest in the film, in ms
-  std::int64_t fMicroseconds = 0;  // the same, not rounded
-  std::int64_t fNewest = 0;        // by the robot's clock, in microseconds
   int fWidth = 0;
   int fHeight = 0;
 };

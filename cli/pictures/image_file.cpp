@@ -27,8 +27,8 @@ void writeRgb(int y, int u, int v, std::uint8_t* rgb) {
   rgb[2] = rounded(grey + 2.017 * (u - 128));
 }
 
-VideoFrame rgbOf(const Picture& picture) {
-  VideoFrame frame = newFrame(picture.width, picture.height, AV_PIX_FMT_RGB24);
+film::VideoFrame rgbOf(const Picture& picture) {
+  film::VideoFrame frame = film::newFrame(picture.width, picture.height, AV_PIX_FMT_RGB24);
   const std::uint8_t* pair = picture.bytes.data();
   for (int row = 0; row < picture.height; ++row) {
     std::uint8_t* rgb = frame->data[0] + std::ptrdiff_t{row} * frame->linesize[0];
@@ -51,8 +51,8 @@ void stretch(AVFrame& frame, int plane, int width, double from, double range, do
   }
 }
 
-VideoFrame fullRangeOf(const Picture& picture) {
-  VideoFrame frame = planesOf(picture);
+film::VideoFrame fullRangeOf(const Picture& picture) {
+  film::VideoFrame frame = planesOf(picture);
   stretch(*frame, 0, picture.width, 16, 219, 0);
   for (const int chrominance : {1, 2})
     stretch(*frame, chrominance, picture.width / 2, 128, 224, 128);
@@ -60,23 +60,24 @@ VideoFrame fullRangeOf(const Picture& picture) {
   return frame;
 }
 
-Packet png(const Picture& picture) {
-  const CodecContext encoder = newEncoder("png", picture.width, picture.height, AV_PIX_FMT_RGB24);
+film::Packet png(const Picture& picture) {
+  const film::CodecContext encoder =
+      film::newEncoder("png", picture.width, picture.height, AV_PIX_FMT_RGB24);
   encoder->time_base = {1, 1};
-  require(avcodec_open2(encoder.get(), nullptr, nullptr), "FFmpeg can't write PNG");
-  return encode(*encoder, *rgbOf(picture));
+  film::require(avcodec_open2(encoder.get(), nullptr, nullptr), "FFmpeg can't write PNG");
+  return film::encode(*encoder, *rgbOf(picture));
 }
 
-Packet jpeg(const Picture& picture) {
-  const CodecContext encoder =
-      newEncoder("mjpeg", picture.width, picture.height, AV_PIX_FMT_YUVJ422P);
+film::Packet jpeg(const Picture& picture) {
+  const film::CodecContext encoder =
+      film::newEncoder("mjpeg", picture.width, picture.height, AV_PIX_FMT_YUVJ422P);
   encoder->time_base = {1, 1};
   encoder->flags |= AV_CODEC_FLAG_QSCALE;
   encoder->global_quality = kJpegQuality * FF_QP2LAMBDA;
-  require(avcodec_open2(encoder.get(), nullptr, nullptr), "FFmpeg can't write JPEG");
-  const VideoFrame frame = fullRangeOf(picture);
+  film::require(avcodec_open2(encoder.get(), nullptr, nullptr), "FFmpeg can't write JPEG");
+  const film::VideoFrame frame = fullRangeOf(picture);
   frame->quality = encoder->global_quality;
-  return encode(*encoder, *frame);
+  return film::encode(*encoder, *frame);
 }
 
 }  // namespace
@@ -86,7 +87,7 @@ void requireImageName(const std::string& path) {
 }
 
 void writeImage(const std::string& path, const Picture& picture) {
-  const Packet packet = endingOf(path) == ".png" ? png(picture) : jpeg(picture);
+  const film::Packet packet = endingOf(path) == ".png" ? png(picture) : jpeg(picture);
   writeWhole(path, packet->data, static_cast<std::size_t>(packet->size));
 }
 

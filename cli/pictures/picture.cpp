@@ -44,8 +44,8 @@ void requirePixels(const Picture& picture) {
                           " bytes; its size needs " + std::to_string(needed));
 }
 
-VideoFrame planesOf(const Picture& picture) {
-  VideoFrame frame = newFrame(picture.width, picture.height, AV_PIX_FMT_YUV422P);
+film::VideoFrame planesOf(const Picture& picture) {
+  film::VideoFrame frame = film::newFrame(picture.width, picture.height, AV_PIX_FMT_YUV422P);
   const std::uint8_t* pair = picture.bytes.data();
   for (int row = 0; row < picture.height; ++row) {
     std::uint8_t* y = frame->data[0] + std::ptrdiff_t{row} * frame->linesize[0];

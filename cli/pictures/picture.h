@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "cli/pictures/libav.h"
+#include "film/libav.h"
 #include "ky/binary.h"
 #include "ky/value.h"
 
@@ -26,6 +26,6 @@ Picture pictureOf(const Ky::KyValue& record);
 void requirePixels(const Picture& picture);
 
 // Its luminance and chrominances apart, as AV_PIX_FMT_YUV422P. It has pixels.
-VideoFrame planesOf(const Picture& picture);
+film::VideoFrame planesOf(const Picture& picture);
 
 }  // namespace cli

@@ -20,11 +20,12 @@ FLOORS = (
     {"ky/src": ("ky/include", "zu"),  # values, errors, keys, modules
      "ky/src/wire": ("ky/include", "zu"),
      "ky/src/video": ("ky/include", "zu")},
-    {"ky/src/transport": ("ky/src/wire", "ky/include", "zu"),
+    {"film": ("ky/include", "zu"),
+     "ky/src/transport": ("ky/src/wire", "ky/include", "zu"),
      "ky/src/proxies": ("ky/src/video", "ky/include", "zu")},
     {"ky/src/broker": ("ky/src/transport", "ky/src/wire", "ky/include", "zu"),
      "lookout/sdk": ("ky/include", "zu"),
-     "cli": ("ky/include", "zu"),
+     "cli": ("film", "ky/include", "zu"),
      "robot/camera": ("ky/include", "zu")},
     {"robot/extractors": ("robot/camera", "ky/include", "zu"),
      "robot/streaming": ("robot/camera", "ky/include", "zu"),
@@ -66,7 +67,7 @@ BENEATH = {room: set(beneath) for rooms in FLOORS for room, beneath in rooms.ite
 # What stands outside of the house: it may include every room, and no room may include it.
 OUTSIDE = ("tests", "benchmarks", "fuzz", "cmake")
 # The parts that know no Qt.
-WITHOUT_QT = ("zu", "ky", "robot", "cli")
+WITHOUT_QT = ("zu", "ky", "film", "robot", "cli")
 
 # Where an include is looked for, after the folder of the file that has it.
 INCLUDE_FOLDERS = ("", "zu/include/", "ky/include/", "ky/src/", "lookout/sdk/include/",

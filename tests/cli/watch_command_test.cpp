@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <opencv2/videoio.hpp>
 #include <optional>
-#include <sstream>
 
+#include "../film/read_film.h"
 #include "../robot/kyrobot_process.h"
 #include "../robot/test_folder.h"
 #include "robot/streaming/picture_encoder.h"
@@ -18,34 +18,6 @@ using Ky::KyValue;
 
 constexpr std::int64_t kStart = 1700000000123456;
 constexpr std::int64_t kPeriod = 40000;
-
-struct FilmRead {
-  int width = 0;
-  int height = 0;
-  std::vector<double> times;  // s, of the pictures that can be decoded
-  std::string errors;
-};
-
-FilmRead readFilm(const std::string& file) {
-  Process ffprobe("ffprobe", {"-v", "error", "-of", "csv=p=0", "-show_entries",
-                              "stream=width,height:frame=pts_time", file});
-  ffprobe.waitForExit();
-  FilmRead film;
-  film.errors = ffprobe.errors();
-  std::istringstream lines(ffprobe.output());
-  for (std::string line; std::getline(lines, line);) {
-    if (line.empty()) continue;
-    char comma = 0;
-    std::istringstream numbers(line);
-    double first = 0;
-    numbers >> first;
-    if (numbers >> comma >> film.height)
-      film.width = static_cast<int>(first);
-    else
-      film.times.push_back(first);
-  }
-  return film;
-}
 
 // Of the pictures that the film shows.
 std::vector<cv::Mat> picturesOf(const std::string& file) {

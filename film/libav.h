@@ -10,7 +10,7 @@ struct AVCodecContext;
 struct AVFrame;
 struct AVPacket;
 
-namespace cli {
+namespace film {
 
 struct FreeLibav {
   void operator()(AVCodecContext* context) const;
@@ -21,7 +21,9 @@ using CodecContext = std::unique_ptr<AVCodecContext, FreeLibav>;
 using VideoFrame = std::unique_ptr<AVFrame, FreeLibav>;
 using Packet = std::unique_ptr<AVPacket, FreeLibav>;
 
-// From libav's errors, which are negative, to KyError "WHAT: REASON".
+// In the library's words, of one of its errors, which are negative.
+std::string reasonOf(int error);
+// From libav's errors to KyError "WHAT: REASON".
 void require(int result, const std::string& what);
 
 // An encoder for frames of this size and format (an AVPixelFormat), to be set up further and
@@ -33,4 +35,4 @@ Packet newPacket();
 // For encoders that hold no picture back.
 Packet encode(AVCodecContext& encoder, const AVFrame& frame);
 
-}  // namespace cli
+}  // namespace film

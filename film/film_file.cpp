@@ -1,19 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "cli/pictures/film_file.h"
+#include "film/film_file.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
 }
 
+#include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <new>
 #include <utility>
 
-#include "cli/pictures/libav.h"
-#include "ky/error.h"
+#include "film/libav.h"
 
-namespace cli {
+namespace film {
 namespace {
 
 constexpr AVRational kMilliseconds{1, 1000};
@@ -31,7 +32,17 @@ void describe(AVCodecParameters& parameters, const Ky::KyBinary& keyFrame, int w
   std::memcpy(parameters.extradata, keyFrame.data(), keyFrame.size());
 }
 
+// The library's own errors are far beyond the system's.
+int numberOf(int error) {
+  constexpr int kMostOfTheSystem = 4095;
+  return -error <= kMostOfTheSystem ? AVUNERROR(error) : EIO;
+}
+
 }  // namespace
+
+WriteError::WriteError(const std::string& path, int error)
+    : KyError("can't write '" + path + "': " + reasonOf(error)), fNumber(numberOf(error)) {
+}
 
 void FilmFile::Close::operator()(AVFormatContext* context) const {
   avio_closep(&context->pb);
@@ -51,7 +62,7 @@ FilmFile::~FilmFile() {
 }
 
 void FilmFile::require(int result) const {
-  cli::require(result, "can't write '" + fPath + "'");
+  if (result < 0) throw WriteError(fPath, result);
 }
 
 void FilmFile::open(const Ky::KyBinary& keyFrame, int width, int height) {
@@ -73,17 +84,16 @@ void FilmFile::open(const Ky::KyBinary& keyFrame, int width, int height) {
   fContext = std::move(context);
 }
 
-void FilmFile::write(const Ky::KyBinary& packet, bool isKey, int width, int height,
-                     std::int64_t time) {
-  if (!fContext) open(packet, width, height);
-  const Packet written = newPacket();
+void FilmFile::write(const EncodedPicture& picture, int width, int height, std::int64_t time) {
+  if (!fContext) open(picture.bytes, width, height);
+  const Packet packet = newPacket();
   // The library reads it during the call only.
-  written->data = const_cast<std::uint8_t*>(packet.data());
-  written->size = static_cast<int>(packet.size());
-  written->pts = written->dts = av_rescale_q(time, kMilliseconds, fContext->streams[0]->time_base);
-  if (isKey) written->flags |= AV_PKT_FLAG_KEY;
-  require(av_write_frame(fContext.get(), written.get()));
-  require(fContext->pb->error);
+  packet->data = const_cast<std::uint8_t*>(picture.bytes.data());
+  packet->size = static_cast<int>(picture.bytes.size());
+  packet->pts = packet->dts = av_rescale_q(time, kMilliseconds, fContext->streams[0]->time_base);
+  if (picture.isKey) packet->flags |= AV_PKT_FLAG_KEY;
+  require(av_write_frame(fContext.get(), packet.get()));
+  requireWritten(*fContext);
 }
 
 void FilmFile::finish() {
@@ -92,7 +102,12 @@ void FilmFile::finish() {
   const int result = av_write_trailer(context.get());
   avio_flush(context->pb);
   require(result);
-  require(context->pb->error);
+  requireWritten(*context);
 }
 
-}  // namespace cli
+void FilmFile::requireWritten(AVFormatContext& context) {
+  require(context.pb->error);
+  fBytes = std::max(fBytes, avio_tell(context.pb));
+}
+
+}  // namespace film

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "cli/pictures/libav.h"
+#include "film/libav.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -8,10 +8,9 @@ extern "C" {
 #include <array>
 #include <new>
 
-#include "cli/commands.h"
 #include "ky/error.h"
 
-namespace cli {
+namespace film {
 namespace {
 
 constexpr int kSilent = 100;  // beyond every level of libavcodec's log: what fails is thrown
@@ -36,18 +35,20 @@ void FreeLibav::operator()(AVPacket* packet) const {
   av_packet_free(&packet);
 }
 
-void require(int result, const std::string& what) {
-  if (result >= 0) return;
+std::string reasonOf(int error) {
   std::array<char, AV_ERROR_MAX_STRING_SIZE> reason{};
-  av_strerror(result, reason.data(), reason.size());
-  throw Ky::KyError(kBrokerName, "", what + ": " + reason.data());
+  av_strerror(error, reason.data(), reason.size());
+  return reason.data();
+}
+
+void require(int result, const std::string& what) {
+  if (result < 0) throw Ky::KyError(what + ": " + reasonOf(result));
 }
 
 CodecContext newEncoder(const char* name, int width, int height, int pixelFormat) {
   const AVCodec* codec = avcodec_find_encoder_by_name(name);
   if (!codec)
-    throw Ky::KyError(kBrokerName, "",
-                      std::string("FFmpeg has no encoder \"") + name + "\" on this computer");
+    throw Ky::KyError(std::string("FFmpeg has no encoder \"") + name + "\" on this computer");
   auto context = held<CodecContext>(avcodec_alloc_context3(codec));
   context->width = width;
   context->height = height;
@@ -76,4 +77,4 @@ Packet encode(AVCodecContext& encoder, const AVFrame& frame) {
   return packet;
 }
 
-}  // namespace cli
+}  // namespace film
