@@ -37,6 +37,9 @@ class VideoSettingsWidget : public QWidget {
   // Sets it again as clicks would, in the order in which people go about it. What is missing, or
   // not offered here, stays as it is.
   void restoreState(const QJsonObject& state);
+  // Sets one of "size" ("640x480"), "fps" ("1".. as the slider goes), "detect" (a kind, which is
+  // switched on) and "camera" ("0", "1") as a click would. Empty when it is set, or else why not.
+  QString choose(const QString& setting, const QString& value);
 
   // The first slider of this name, or null.
   QCustomSlider* xGetCustomSlider(std::string name);
@@ -87,6 +90,12 @@ class VideoSettingsWidget : public QWidget {
   bool xIsOn(int parameter) const;
   void xWrite(int parameter, int value) const;
   void xDetect(const char* kind, int state) const;
+
+  // Empty, or why not.
+  QString xChooseSize(const QString& size);
+  QString xChooseRate(const QString& rate);
+  QString xChooseDetection(const QString& wanted);
+  QString xChooseCamera(const QString& wanted);
 
   boost::weak_ptr<Module> fModule;
   QTabWidget* fParent;  // null when the parent is no tab widget

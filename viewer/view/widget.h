@@ -56,6 +56,8 @@ class Widget : public LookoutWidget, public GCInterface {
   double frameRateWanted() const override;
   QString pictureProblem() const override;
   QWidget* pictureArea() const override;
+  // What VideoSettingsWidget::choose() knows.
+  QString choose(const QString& setting, const QString& value) override;
   // "stage": the picture as large as there is room.
   QStringList viewKinds() const override;
   LookoutWidget* makeView(const QString& kind, QWidget* parent) override;

@@ -99,6 +99,10 @@ QWidget* Widget::pictureArea() const {
   return fViewImage;
 }
 
+QString Widget::choose(const QString& setting, const QString& value) {
+  return fVideoSettings->choose(setting, value);
+}
+
 QStringList Widget::viewKinds() const {
   return {kStage};
 }
