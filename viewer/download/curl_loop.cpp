@@ -96,6 +96,7 @@ void CurlLoop::act(curl_socket_t socket, int what) {
   // posted.
   QMetaObject::invokeMethod(
       this, [] {}, Qt::QueuedConnection);
+  fEnteredAt = std::chrono::steady_clock::now();
   int running = 0;
   curl_multi_socket_action(fMulti, socket, what, &running);
   int left = 0;

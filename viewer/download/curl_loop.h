@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <QTimer>
+#include <chrono>
 #include <map>
 #include <memory>
 
@@ -26,6 +27,9 @@ class CurlLoop : public QObject {
   // and its connection with it.
   void stop(CURL* transfer);
 
+  // When libcurl was entered that is in one of its callbacks now: how long it has held up the loop.
+  std::chrono::steady_clock::time_point enteredAt() const { return fEnteredAt; }
+
  signals:
   // The last thing that is done in a turn of the loop: whoever hears it may do anything.
   void ended(int curlCode);
@@ -43,6 +47,7 @@ class CurlLoop : public QObject {
 
   CURLM* fMulti;
   CURL* fTransfer = nullptr;  // what runs
+  std::chrono::steady_clock::time_point fEnteredAt;
   QTimer fTimer;
   QTimer fRescue;  // of a transfer that waits for nothing
   std::map<curl_socket_t, Notifiers> fNotifiers;

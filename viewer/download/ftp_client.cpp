@@ -3,6 +3,7 @@
 
 #include <QPointer>
 #include <QTimer>
+#include <limits>
 #include <utility>
 
 #include "viewer/download/ftp_connection.h"
@@ -31,13 +32,30 @@ int FtpClient::login(const QString& user, const QString& password) {
 }
 
 int FtpClient::get(const QString& file, QIODevice* to) {
-  return enqueue(Get, [this, file, to] { fConnection->get(file, to, fSilenceLimit); });
+  return get(file, to, std::numeric_limits<qint64>::max());
+}
+
+int FtpClient::get(const QString& file, QIODevice* to, qint64 atMost) {
+  return enqueue(Get,
+                 [this, file, to, atMost] { fConnection->get(file, to, fSilenceLimit, atMost); });
+}
+
+int FtpClient::list(const QString& folder) {
+  return enqueue(List, [this, folder] { fConnection->list(folder, fSilenceLimit); });
 }
 
 void FtpClient::abort() {
   fQueue.clear();
   fRunning = false;
   fConnection->close();
+}
+
+bool FtpClient::isMissing() const {
+  return fConnection->isMissing();
+}
+
+const std::vector<FtpEntry>& FtpClient::entries() const {
+  return fConnection->entries();
 }
 
 FtpClient::Command FtpClient::currentCommand() const {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Downloads files by FTP on Qt's event loop.
+// Lists and downloads files by FTP on Qt's event loop.
 #pragma once
 
 #include <QObject>
@@ -7,6 +7,9 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <vector>
+
+#include "viewer/download/ftp_listing.h"
 
 class FtpConnection;
 class QIODevice;
@@ -21,7 +24,7 @@ class FtpClient : public QObject {
   Q_OBJECT
 
  public:
-  enum Command { None, ConnectToHost, Login, Get };
+  enum Command { None, ConnectToHost, Login, Get, List };
 
   explicit FtpClient(QObject* parent = nullptr);
   ~FtpClient() override;
@@ -40,6 +43,12 @@ class FtpClient : public QObject {
   // `file`: its path as the server knows it, in UTF-8, sent as it is. `to` is open for writing,
   // stays the caller's and must live until the command has ended.
   int get(const QString& file, QIODevice* to);
+  // Of a file with more than `atMost` bytes only these, and they end the connection: then
+  // connectToHost() and login() come again.
+  int get(const QString& file, QIODevice* to, qint64 atMost);
+  // `folder`: its path as the server knows it, in UTF-8; empty for that in which a login begins.
+  // What is there is in entries(). The server must know MLSD.
+  int list(const QString& folder);
 
   // Ends the current command and forgets all others, without a signal; then there is no connection.
   void abort();
@@ -48,6 +57,11 @@ class FtpClient : public QObject {
   Command currentCommand() const;
   // Of the last command that ended: what went wrong, for people. Empty when nothing did.
   QString errorString() const { return fError; }
+  // Of the last command: it failed because the server has no such file or folder, or shows it to
+  // nobody.
+  bool isMissing() const;
+  // What the last list() found, when it didn't fail.
+  const std::vector<FtpEntry>& entries() const;
 
  signals:
   void commandFinished(int id, bool error);

@@ -18,6 +18,9 @@ long inSeconds(std::chrono::milliseconds limit) {
   return static_cast<long>(std::chrono::duration_cast<std::chrono::seconds>(limit).count());
 }
 
+// Of a listing, which is far longer than that of any folder of recordings.
+constexpr qint64 kLongestListing = 4 << 20;
+
 // Such a character would end one line of the protocol and begin another.
 bool hasControlCharacters(const QString& text) {
   return std::any_of(text.begin(), text.end(),
@@ -101,14 +104,31 @@ void FtpConnection::logIn(const QString& user, const QString& password,
   fLoop.start(transfer);
 }
 
-void FtpConnection::get(const QString& file, QIODevice* to, std::chrono::seconds silence) {
+void FtpConnection::get(const QString& file, QIODevice* to, std::chrono::seconds silence,
+                        qint64 atMost) {
   if (fState != State::LoggedIn) return finish(tr("Nobody is logged in."));
   // What ends so would be listed, not fetched.
   if (file.isEmpty() || file.endsWith('/')) return finish(tr("'%1' is no file.").arg(file));
   if (hasControlCharacters(file))
     return finish(tr("A file whose name contains line breaks can't be downloaded."));
   newTransfer("ftp", file, silence);
-  fReceiver = std::make_unique<FtpReceiver>(fTransfer.get(), to, silence);
+  receive(to, silence, atMost);
+}
+
+void FtpConnection::list(const QString& folder, std::chrono::seconds silence) {
+  fEntries.clear();
+  if (fState != State::LoggedIn) return finish(tr("Nobody is logged in."));
+  if (hasControlCharacters(folder))
+    return finish(tr("A folder whose name contains line breaks can't be listed."));
+  newTransfer("ftp", folder.isEmpty() || folder.endsWith('/') ? folder : folder + '/', silence);
+  curl_easy_setopt(fTransfer.get(), CURLOPT_CUSTOMREQUEST, "MLSD");
+  fListing.setData({});
+  fListing.open(QIODevice::WriteOnly);
+  receive(&fListing, silence, kLongestListing);
+}
+
+void FtpConnection::receive(QIODevice* to, std::chrono::seconds silence, qint64 atMost) {
+  fReceiver = std::make_unique<FtpReceiver>(fLoop, fTransfer.get(), to, silence, atMost);
   connect(fReceiver.get(), &FtpReceiver::progressed, this, &FtpConnection::progressed);
   connect(fReceiver.get(), &FtpReceiver::fellSilent, this,
           [this] { onEnded(CURLE_OPERATION_TIMEDOUT); });
@@ -146,19 +166,29 @@ bool FtpConnection::newTransfer(const char* scheme, const QString& path,
 
 void FtpConnection::onEnded(int curlCode) {
   const auto code = static_cast<CURLcode>(curlCode);
-  if (code != CURLE_OK) {
+  const bool isCut = fReceiver && fReceiver->isCut();
+  if (code != CURLE_OK && !isCut) {
     const QString error = errorOf(code);
     if (fState == State::Open) dropConnection();
-    return finish(error);
+    return finish(error, fReply.startsWith("550"));
   }
   if (fState == State::Closed) return awaitGreeting();
   if (fState == State::LoggedIn && !fReceiver->finish()) return;
   fState = State::LoggedIn;
-  finish({});
+  if (isCut) dropConnection();
+  finish(fListing.isOpen() ? takeListing() : QString());
 }
 
-void FtpConnection::finish(const QString& error) {
+QString FtpConnection::takeListing() {
+  if (fReceiver->isCut()) return tr("The server's list of files has no end.");
+  FtpListing listing = parseFtpListing(fListing.data());
+  fEntries = std::move(listing.entries);
+  return listing.error;
+}
+
+void FtpConnection::finish(const QString& error, bool isMissing) {
   dropTransfer();
+  fIsMissing = isMissing;
   emit ended(error);
 }
 
@@ -166,6 +196,7 @@ void FtpConnection::dropTransfer() {
   if (fTransfer) fLoop.stop(fTransfer.get());
   fTransfer.reset();
   fReceiver.reset();
+  fListing.close();
 }
 
 // libcurl can't log in over a connection that it has only opened; it is handed it again then.
@@ -182,7 +213,7 @@ void FtpConnection::onGreeting(const QString& error) {
   fGreeting.release()->deleteLater();
   fState = State::Open;
   if (!error.isEmpty()) dropConnection();
-  emit ended(error);
+  finish(error);
 }
 
 // Not by a farewell, for whose answer libcurl would wait.

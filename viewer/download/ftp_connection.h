@@ -2,19 +2,22 @@
 // A control connection to an FTP server.
 #pragma once
 
+#include <QBuffer>
 #include <QByteArray>
 #include <QObject>
 #include <chrono>
 #include <memory>
+#include <vector>
 
 #include "viewer/download/curl_loop.h"
+#include "viewer/download/ftp_listing.h"
 
 class FtpGreeting;
 class FtpReceiver;
 class QIODevice;
 
-// Does one thing at a time: open(), logIn() and get() each end with ended(), perhaps before they
-// return. Thread-bound, needs an event loop. May be deleted by whoever hears its signals.
+// Does one thing at a time: open(), logIn(), get() and list() each end with ended(), perhaps before
+// they return. Thread-bound, needs an event loop. May be deleted by whoever hears its signals.
 class FtpConnection : public QObject {
   Q_OBJECT
 
@@ -28,10 +31,17 @@ class FtpConnection : public QObject {
   // Closes the connection when it fails. `limit`: how long it may take, at least 1 s.
   void logIn(const QString& user, const QString& password, std::chrono::seconds limit);
   // `to` is open for writing and lives until the end. `silence`: how long no byte may come, at
-  // least 1 s.
-  void get(const QString& file, QIODevice* to, std::chrono::seconds silence);
+  // least 1 s. Of a file with more than `atMost` bytes these are all, and the connection closes.
+  void get(const QString& file, QIODevice* to, std::chrono::seconds silence, qint64 atMost);
+  // What is found is in entries().
+  void list(const QString& folder, std::chrono::seconds silence);
   // Ends without a word whatever goes on.
   void close();
+
+  // Of the last list().
+  const std::vector<FtpEntry>& entries() const { return fEntries; }
+  // Whether what failed last did so because there is no such file or folder, as the server says.
+  bool isMissing() const { return fIsMissing; }
 
  signals:
   // Empty, or what went wrong, for people. Whoever hears it may begin the next thing.
@@ -48,8 +58,10 @@ class FtpConnection : public QObject {
   enum class State { Closed, Open, LoggedIn };
 
   bool newTransfer(const char* scheme, const QString& path, std::chrono::milliseconds limit);
+  void receive(QIODevice* to, std::chrono::seconds silence, qint64 atMost);
   void onEnded(int curlCode);
-  void finish(const QString& error);
+  QString takeListing();
+  void finish(const QString& error, bool isMissing = false);
   void awaitGreeting();
   void onGreeting(const QString& error);
   QString errorOf(CURLcode code) const;
@@ -69,7 +81,10 @@ class FtpConnection : public QObject {
   CurlLoop fLoop;
   std::unique_ptr<CURLU, CleanUp> fUrl;
   std::unique_ptr<CURL, CleanUp> fTransfer;
-  std::unique_ptr<FtpReceiver> fReceiver;  // of a file
-  std::chrono::milliseconds fLimit{0};     // of what goes on
-  QByteArray fReply;                       // the server's last line
+  std::unique_ptr<FtpReceiver> fReceiver;  // of a file or a listing
+  QBuffer fListing;                        // open while one comes
+  std::vector<FtpEntry> fEntries;
+  bool fIsMissing = false;
+  std::chrono::milliseconds fLimit{0};  // of what goes on
+  QByteArray fReply;                    // the server's last line
 };

@@ -4,6 +4,8 @@
 #include <QPointer>
 #include <algorithm>
 
+#include "viewer/download/curl_loop.h"
+
 namespace {
 
 // libcurl takes up to a hundred of them in a turn of the event loop: small enough for the window to
@@ -16,8 +18,9 @@ constexpr std::chrono::seconds kFarewellLimit{2};
 
 }  // namespace
 
-FtpReceiver::FtpReceiver(CURL* transfer, QIODevice* device, std::chrono::milliseconds silence)
-    : fDevice(device), fSilenceLimit(silence) {
+FtpReceiver::FtpReceiver(const CurlLoop& loop, CURL* transfer, QIODevice* device,
+                         std::chrono::milliseconds silence, qint64 atMost)
+    : fLoop(loop), fDevice(device), fSilenceLimit(silence), fLeft(atMost) {
   curl_easy_setopt(transfer, CURLOPT_BUFFERSIZE, kBufferBytes);
   curl_easy_setopt(transfer, CURLOPT_WRITEFUNCTION, &FtpReceiver::onData);
   curl_easy_setopt(transfer, CURLOPT_WRITEDATA, this);
@@ -52,12 +55,15 @@ void FtpReceiver::tellProgress() {
 std::size_t FtpReceiver::onData(char* bytes, std::size_t size, std::size_t count, void* self) {
   auto& receiver = *static_cast<FtpReceiver*>(self);
   receiver.fSilentPeriods = 0;
-  receiver.fLastByte = std::chrono::steady_clock::now();
-  const auto wanted = static_cast<qint64>(size) * static_cast<qint64>(count);
+  const auto come = static_cast<qint64>(size) * static_cast<qint64>(count);
+  const qint64 wanted = std::min(come, receiver.fLeft);
+  receiver.fIsCut = wanted < come;
+  receiver.fLeft -= wanted;
   qint64 written = 0;
   // A device that takes only a part says why with the rest.
   for (qint64 part = 1; part > 0 && written < wanted; written += part)
     part = std::max(receiver.fDevice->write(bytes + written, wanted - written), qint64{0});
+  receiver.fLastByte = std::chrono::steady_clock::now();
   return static_cast<std::size_t>(written);
 }
 
@@ -66,7 +72,7 @@ int FtpReceiver::onProgress(void* self, curl_off_t total, curl_off_t done, curl_
   auto& receiver = *static_cast<FtpReceiver*>(self);
   receiver.fReadBytes = done;
   receiver.fTotalBytes = total;
-  // The one answer for which libcurl holds up the event loop.
-  const bool isWhole = total > 0 && done >= total;
-  return isWhole && std::chrono::steady_clock::now() - receiver.fLastByte > kFarewellLimit ? 1 : 0;
+  // Only after the last byte does libcurl hold up the event loop, until the server has answered.
+  const auto since = std::max(receiver.fLastByte, receiver.fLoop.enteredAt());
+  return std::chrono::steady_clock::now() - since > kFarewellLimit ? 1 : 0;
 }

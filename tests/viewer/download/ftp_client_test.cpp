@@ -3,51 +3,14 @@
 
 #include <gtest/gtest.h>
 
-#include <QBuffer>
 #include <QFile>
 #include <QPointer>
 #include <algorithm>
 #include <set>
 
-#include "support/wait.h"
-#include "tests/viewer/download/robot_files.h"
+#include "tests/viewer/download/ftp_client_fixture.h"
+#include "tests/viewer/download/odd_server.h"
 #include "tests/viewer/download/scripted_server.h"
-#include "tests/viewer/download/unfinished_server.h"
-
-namespace {
-
-using Texts = std::vector<std::string>;
-
-constexpr const char* kNames[] = {" nothing", " connect", " login", " get"};
-
-// Everything that a client says, in order.
-class Client : public testing::Test {
- protected:
-  Client() {
-    robot.write("clip.avi", "the film");
-    robot.serve(0);
-    target.open(QIODevice::WriteOnly);
-    QObject::connect(&ftp, &FtpClient::commandFinished, &ftp, [this](int id, bool error) {
-      heard.push_back(std::to_string(id) + kNames[ftp.currentCommand()] + (error ? " failed" : ""));
-      errors.push_back(ftp.errorString().toStdString());
-    });
-  }
-  int connectAndLogIn() {
-    ftp.connectToHost("127.0.0.1", static_cast<quint16>(robot.port()));
-    return ftp.login(RobotFiles::kUser, RobotFiles::kPassword);
-  }
-  bool waitForEnds(std::size_t count) {
-    return waitUntil([&] { return heard.size() >= count; });
-  }
-
-  RobotFiles robot;
-  FtpClient ftp;
-  Texts heard;
-  Texts errors;
-  QBuffer target;
-};
-
-}  // namespace
 
 TEST_F(Client, FetchesAFile) {
   connectAndLogIn();
@@ -157,7 +120,7 @@ TEST_F(Client, DoesNotWaitForAServerThatNeverAnswersTheLogin) {
 }
 
 TEST_F(Client, DoesNotWaitForLongForAServerThatNeverSaysThatAFileIsComplete) {
-  const UnfinishedServer server("the film");
+  const OddServer server("the film", OddServer::End::Unsaid);
   ftp.connectToHost("127.0.0.1", server.port());
   ftp.login("a", "b");
   ftp.get("clip.avi", &target);

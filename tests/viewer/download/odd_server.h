@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// An FTP server that sends a file and never says that this was all.
+// An FTP server that sends whatever it is told to, and ends as it should or does not.
 #pragma once
 
 #include <arpa/inet.h>
@@ -10,20 +10,27 @@
 #include <string>
 #include <thread>
 
-// Serves one client. Not the real server frozen, for that could not be stopped at just this moment.
-class UnfinishedServer {
+// Serves one client, with the same for every file and folder. Not the real server frozen, for that
+// could not be stopped at just this moment.
+class OddServer {
  public:
-  explicit UnfinishedServer(std::string file)
-      : fFile(std::move(file)), fControl(listenAnywhere()), fData(listenAnywhere()) {
+  enum class End {
+    Good,
+    Unsaid,  // it never says that this was all
+    None     // it goes on and on
+  };
+
+  OddServer(std::string file, End end)
+      : fFile(std::move(file)), fEnd(end), fControl(listenAnywhere()), fData(listenAnywhere()) {
     fThread = std::thread([this] { serve(); });
   }
-  ~UnfinishedServer() {
+  ~OddServer() {
     for (const int socket : {fControl, fData, fClient.load()}) shutdown(socket, SHUT_RDWR);
     fThread.join();
     for (const int socket : {fControl, fData, fClient.load()}) close(socket);
   }
-  UnfinishedServer(const UnfinishedServer&) = delete;
-  UnfinishedServer& operator=(const UnfinishedServer&) = delete;
+  OddServer(const OddServer&) = delete;
+  OddServer& operator=(const OddServer&) = delete;
 
   std::uint16_t port() const { return portOf(fControl); }
 
@@ -70,14 +77,18 @@ class UnfinishedServer {
     if (command == "SIZE") return say(client, "213 " + std::to_string(fFile.size()));
     if (command == "EPSV")
       return say(client, "229 there (|||" + std::to_string(portOf(fData)) + "|)");
-    if (command != "RETR") return say(client, "502 what?");
+    if (command != "RETR" && command != "MLSD") return say(client, "502 what?");
     say(client, "150 here it comes");
     const int data = accept(fData, nullptr, nullptr);
-    send(data, fFile.data(), fFile.size(), MSG_NOSIGNAL);
+    // Until the client takes no more.
+    while (send(data, fFile.data(), fFile.size(), MSG_NOSIGNAL) > 0 && fEnd == End::None) {
+    }
     close(data);
+    if (fEnd == End::Good) say(client, "226 that was all");
   }
 
   const std::string fFile;
+  const End fEnd;
   const int fControl;
   const int fData;
   std::atomic<int> fClient = -1;
