@@ -50,8 +50,12 @@ void FtpClient::abort() {
   fConnection->close();
 }
 
-bool FtpClient::isMissing() const {
-  return fConnection->isMissing();
+int FtpClient::refusal() const {
+  return fConnection->refusal();
+}
+
+bool FtpClient::isLoggedIn() const {
+  return fConnection->isLoggedIn();
 }
 
 const std::vector<FtpEntry>& FtpClient::entries() const {

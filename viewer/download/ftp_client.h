@@ -57,9 +57,11 @@ class FtpClient : public QObject {
   Command currentCommand() const;
   // Of the last command that ended: what went wrong, for people. Empty when nothing did.
   QString errorString() const { return fError; }
-  // Of the last command: it failed because the server has no such file or folder, or shows it to
-  // nobody.
-  bool isMissing() const;
+  // Of the last command: the number with which the server refused it, such as 530 for a wrong login
+  // and 550 for a file or folder that is not there; 0 when it didn't.
+  int refusal() const;
+  // Whether get() and list() can follow now.
+  bool isLoggedIn() const;
   // What the last list() found, when it didn't fail.
   const std::vector<FtpEntry>& entries() const;
 

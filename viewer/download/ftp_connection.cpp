@@ -50,6 +50,12 @@ std::size_t onReply(char* bytes, std::size_t size, std::size_t count, void* repl
   return size * count;
 }
 
+// The number of an answer that says no, or else 0.
+int refusalIn(const QByteArray& reply) {
+  const int number = reply.left(3).toInt();
+  return number >= 400 && number < 600 ? number : 0;
+}
+
 curl_socket_t giveSocket(void* known, curlsocktype /*purpose*/, curl_sockaddr* address) {
   int& ours = *static_cast<int*>(known);
   if (ours < 0) ours = socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
@@ -170,7 +176,7 @@ void FtpConnection::onEnded(int curlCode) {
   if (code != CURLE_OK && !isCut) {
     const QString error = errorOf(code);
     if (fState == State::Open) dropConnection();
-    return finish(error, fReply.startsWith("550"));
+    return finish(error, refusalIn(fReply));
   }
   if (fState == State::Closed) return awaitGreeting();
   if (fState == State::LoggedIn && !fReceiver->finish()) return;
@@ -186,9 +192,9 @@ QString FtpConnection::takeListing() {
   return listing.error;
 }
 
-void FtpConnection::finish(const QString& error, bool isMissing) {
+void FtpConnection::finish(const QString& error, int refusal) {
   dropTransfer();
-  fIsMissing = isMissing;
+  fRefusal = refusal;
   emit ended(error);
 }
 
@@ -251,8 +257,7 @@ QString FtpConnection::errorOf(CURLcode code) const {
     case CURLE_GOT_NOTHING:
       return tr("The connection to the server was lost.");
     default:
-      return fReply.startsWith('4') || fReply.startsWith('5')
-                 ? tr("The server answered: %1").arg(QString::fromUtf8(fReply))
-                 : QString::fromUtf8(curl_easy_strerror(code)) + ".";
+      return refusalIn(fReply) != 0 ? tr("The server answered: %1").arg(QString::fromUtf8(fReply))
+                                    : QString::fromUtf8(curl_easy_strerror(code)) + ".";
   }
 }

@@ -40,8 +40,9 @@ class FtpConnection : public QObject {
 
   // Of the last list().
   const std::vector<FtpEntry>& entries() const { return fEntries; }
-  // Whether what failed last did so because there is no such file or folder, as the server says.
-  bool isMissing() const { return fIsMissing; }
+  bool isLoggedIn() const { return fState == State::LoggedIn; }
+  // See FtpClient.
+  int refusal() const { return fRefusal; }
 
  signals:
   // Empty, or what went wrong, for people. Whoever hears it may begin the next thing.
@@ -61,7 +62,7 @@ class FtpConnection : public QObject {
   void receive(QIODevice* to, std::chrono::seconds silence, qint64 atMost);
   void onEnded(int curlCode);
   QString takeListing();
-  void finish(const QString& error, bool isMissing = false);
+  void finish(const QString& error, int refusal = 0);
   void awaitGreeting();
   void onGreeting(const QString& error);
   QString errorOf(CURLcode code) const;
@@ -84,7 +85,7 @@ class FtpConnection : public QObject {
   std::unique_ptr<FtpReceiver> fReceiver;  // of a file or a listing
   QBuffer fListing;                        // open while one comes
   std::vector<FtpEntry> fEntries;
-  bool fIsMissing = false;
+  int fRefusal = 0;
   std::chrono::milliseconds fLimit{0};  // of what goes on
   QByteArray fReply;                    // the server's last line
 };

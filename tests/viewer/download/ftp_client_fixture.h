@@ -22,6 +22,7 @@ class Client : public testing::Test {
       static constexpr const char* kNames[] = {" nothing", " connect", " login", " get", " list"};
       heard.push_back(std::to_string(id) + kNames[ftp.currentCommand()] + (error ? " failed" : ""));
       errors.push_back(ftp.errorString().toStdString());
+      refusals.push_back(ftp.refusal());
     });
   }
   int connectAndLogIn() {
@@ -36,5 +37,6 @@ class Client : public testing::Test {
   FtpClient ftp;
   Texts heard;
   Texts errors;
+  std::vector<int> refusals;
   QBuffer target;
 };

@@ -162,6 +162,7 @@ TEST_F(Client, TellsThatTheLoginIsWrongAndTakesTheRightOne) {
   EXPECT_EQ(heard, Texts({"1 connect", "2 login failed", "3 get failed"}));
   EXPECT_EQ(errors, Texts({"", "The server answered: 530 Login authentication failed",
                            "Nobody is logged in."}));
+  EXPECT_EQ(refusals, (std::vector<int>{0, 530, 0}));
   connectAndLogIn();
   ftp.get("clip.avi", &target);
   ASSERT_TRUE(waitForEnds(6));
