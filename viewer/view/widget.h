@@ -10,7 +10,7 @@
 #include "ky/ahead.h"
 #include "lookout/lookout_widget.h"
 #include "viewer/core/gc_interface.h"
-#include "viewer/view/notice.h"
+#include "viewer/dialogs/notice.h"
 
 class CameraThread;
 class Module;

@@ -6,7 +6,7 @@
 
 #include "support/viewer_on_robot.h"
 #include "support/wait.h"
-#include "viewer/view/notice.h"
+#include "viewer/dialogs/notice.h"
 #include "viewer/view/view_image.h"
 #include "viewer/view/widget.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "viewer/view/notice.h"
+#include "viewer/dialogs/notice.h"
 
 namespace {
 
