@@ -50,7 +50,7 @@ FLOORS = (
      "viewer/download": ("viewer/dialogs",),
      "lookout/app/robots": ("lookout/app/plugins", "lookout/sdk", "ky/include", "zu")},
     {"viewer/stage": ("viewer/acquisition", "viewer/download", "viewer/dialogs", "viewer/core",
-                      "lookout/sdk", "ky/include", "zu")},
+                      "lookout/sdk", "film", "ky/include", "zu")},
     {"viewer/view": ("viewer/stage", "viewer/acquisition", "viewer/settings", "viewer/recording",
                      "viewer/download", "viewer/dialogs", "viewer/core", "lookout/sdk",
                      "ky/include", "zu"),
