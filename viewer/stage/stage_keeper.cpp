@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "viewer/stage/stage_keeper.h"
+
+#include <QClipboard>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QLocale>
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+#include "viewer/stage/keep_folder.h"
+#include "viewer/stage/picture_file.h"
+#include "viewer/stage/stage_scene.h"
+
+namespace {
+
+constexpr double kUsualRate = 30;
+
+std::int64_t microsecondsOf(std::chrono::steady_clock::time_point time) {
+  return std::chrono::duration_cast<std::chrono::microseconds>(time.time_since_epoch()).count();
+}
+
+}  // namespace
+
+StageKeeper::StageKeeper(StageScene& scene, QString robot, QObject* parent)
+    : QObject(parent), fScene(scene), fRobot(std::move(robot)) {
+  connect(&fFilm, &FilmRecorder::progressed, this, &StageKeeper::filmChanged);
+  connect(&fFilm, &FilmRecorder::ended, this, &StageKeeper::finishFilm);
+}
+
+// ---- pictures
+
+void StageKeeper::save(bool withOverlays) {
+  if (!fScene.frame()) return emit said(tr("There is no picture to save yet."), false);
+  const QString path = freeFileName(keepFolder(), keptName(fRobot), ".png");
+  savePicture(fScene.image(withOverlays), path).then(this, [this, path](const QString& problem) {
+    if (problem.isEmpty())
+      emit said(tr("Saved: %1").arg(path), true);
+    else
+      emit said(problem, false);
+  });
+}
+
+void StageKeeper::copy() {
+  if (!fScene.frame()) return emit said(tr("There is no picture to copy yet."), false);
+  QGuiApplication::clipboard()->setImage(fScene.image(true));
+  emit said(tr("Copied what is seen."), true);
+}
+
+void StageKeeper::askForFolder(QWidget* parent) {
+  const QString folder = QFileDialog::getExistingDirectory(
+      parent, tr("Where pictures and films are saved"), keepFolder());
+  if (folder.isEmpty()) return;
+  setKeepFolder(folder);
+  emit said(tr("Pictures and films are saved in %1").arg(folder), true);
+}
+
+// ---- films
+
+bool StageKeeper::beginFilm(double framesPerSecond) {
+  fFilmSize = FilmRecorder::evenSize(fScene.viewport().view());
+  const double rate = framesPerSecond > 0 ? framesPerSecond : kUsualRate;
+  const QString problem =
+      fFilm.begin(keepFolder(), fRobot, fFilmSize, static_cast<int>(std::lround(rate)));
+  if (!problem.isEmpty()) emit said(problem, false);
+  emit filmChanged();
+  addToFilm();
+  return problem.isEmpty();
+}
+
+void StageKeeper::addToFilm() {
+  if (!fFilm.isFilming() || !fScene.frame()) return;
+  fFilm.add(fScene.image(fFilmSize), microsecondsOf(fScene.frame()->arrived));
+}
+
+void StageKeeper::endFilm() {
+  fFilm.end();
+  emit filmChanged();
+}
+
+void StageKeeper::finishFilm(const QString& path, const QString& error) {
+  if (error.isEmpty())
+    emit said(tr("Film saved: %1").arg(path), true);
+  else
+    emit said(error, false);
+  emit filmChanged();
+}
+
+QString StageKeeper::filmText() const {
+  if (!fFilm.isFilming()) return {};
+  const qint64 seconds = fFilm.duration() / 1000;
+  const QString text = tr("Filming %1:%2, %3")
+                           .arg(seconds / 60)
+                           .arg(seconds % 60, 2, 10, QChar('0'))
+                           .arg(QLocale().formattedDataSize(fFilm.bytes(), 1,
+                                                            QLocale::DataSizeSIFormat));
+  if (fFilm.dropped() == 0) return text;
+  return tr("%1, %2 pictures missing").arg(text).arg(fFilm.dropped());
+}
