@@ -45,7 +45,7 @@ const std::vector<Row> kRows = {{"small view", 2, 2.1, {}},
 // A stage of this size in place of the small view, with nothing but the picture in it.
 std::unique_ptr<Stage> putOnStage(bench::PlayingViewer& viewer, LookoutWidget& player, QSize size) {
   viewer.view().hide();
-  auto stage = std::make_unique<Stage>(player, viewer.module(), nullptr);
+  auto stage = std::make_unique<Stage>(player, viewer.module(), "robot", nullptr);
   stage->actions().toolBar->setChecked(false);
   stage->actions().line->setChecked(false);
   stage->resize(size);

@@ -9,6 +9,8 @@
 // A text that lies over a widget for some seconds, takes no place in its layout and none of its
 // clicks. Hidden while there is nothing to say. GUI thread.
 class Notice : public QLabel {
+  Q_OBJECT
+
  public:
   enum class Kind { Done, Failed };
 

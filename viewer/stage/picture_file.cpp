@@ -25,8 +25,8 @@ QString write(const QImage& picture, const QString& path) {
   if (!file.open(QIODevice::WriteOnly)) return problemOf(path, file.errorString());
   QImageWriter writer(&file, "png");
   const bool isWritten = writer.write(picture);
-  const QString why = file.error() != QFileDevice::NoError ? file.errorString()
-                                                           : writer.errorString();
+  const QString why =
+      file.error() != QFileDevice::NoError ? file.errorString() : writer.errorString();
   if (isWritten && file.commit()) return {};
   return problemOf(path, isWritten ? file.errorString() : why);
 }

@@ -6,14 +6,19 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QSplitter>
 #include <QToolBar>
 #include <QVBoxLayout>
 
 #include "ky/broker.h"
 #include "viewer/core/module.h"
+#include "viewer/dialogs/notice.h"
+#include "viewer/stage/overlays/sources_panel.h"
 #include "viewer/stage/pixel_label.h"
 #include "viewer/stage/shortcut_sheet.h"
 #include "viewer/stage/stage_canvas.h"
+#include "viewer/stage/stage_feed.h"
+#include "viewer/stage/stage_keeper.h"
 #include "viewer/stage/stage_line.h"
 
 namespace {
@@ -28,25 +33,30 @@ constexpr const char* kOverPicture =
 
 }  // namespace
 
-Stage::Stage(LookoutWidget& viewer, const boost::shared_ptr<Module>& module, QWidget* parent)
-    : LookoutWidget(parent), fViewer(&viewer), fModule(module), fActions(*this) {
+Stage::Stage(LookoutWidget& viewer, const boost::shared_ptr<Module>& module, const QString& robot,
+             QWidget* parent)
+    : LookoutWidget(parent),
+      fViewer(&viewer),
+      fModule(module),
+      fActions(*this),
+      fFeed(new StageFeed(module->model(), this)) {
   setWindowTitle(tr("Stage"));
   setAccessibleName(windowTitle());
   setFocusPolicy(Qt::StrongFocus);
   build();
+  fKeeper = new StageKeeper(fCanvas->scene(), robot, this);
   connectPicture();
   connectLooking();
   connectMeasuring();
-  listen(*module);
-  showNewest();
+  connectKeeping();
   connect(&fRefresh, &QTimer::timeout, this, &Stage::refresh);
   fRefresh.start(kRefreshMs);
   refresh();
 }
 
-// Nobody is told any more before the rest goes.
+// A film ends before what it shows goes.
 Stage::~Stage() {
-  fWatch.reset();
+  delete fKeeper;
 }
 
 // ---- construction
@@ -54,6 +64,8 @@ Stage::~Stage() {
 void Stage::build() {
   fToolBar = makeToolBar();
   fCanvas = new StageCanvas(this);
+  fSources = new SourcesPanel(this);
+  fSources->hide();
   fLine = new StageLine(this);
   fBadge = makeBadge();
   fPixel = new PixelLabel(fCanvas);
@@ -69,7 +81,12 @@ void Stage::build() {
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(fToolBar);
-  layout->addWidget(fCanvas, 1);
+  auto* middle = new QSplitter(this);
+  middle->setChildrenCollapsible(false);
+  middle->addWidget(fCanvas);
+  middle->addWidget(fSources);
+  middle->setStretchFactor(0, 1);
+  layout->addWidget(middle, 1);
   layout->addWidget(fLine);
 }
 
@@ -101,9 +118,11 @@ QLabel* Stage::makeBadge() {
 }
 
 void Stage::connectPicture() {
-  connect(fActions.play, &QAction::triggered, this, [this](bool play) { setPlaying(play); });
+  connect(fActions.play, &QAction::triggered, this, [this] { setPlaying(!isPlaying()); });
+  connect(fFeed, &StageFeed::changed, this, &Stage::showChange);
   connect(fActions.freeze, &QAction::toggled, this, [this](bool frozen) {
-    if (!frozen) showNewest();
+    fFeed->setFrozen(frozen);
+    fNewestBefore = 0;
     refresh();
   });
   connect(fActions.another, &QAction::triggered, this, [this] {
@@ -137,6 +156,14 @@ void Stage::connectMeasuring() {
   };
   look(fActions.overlays, &StageScene::Look::overlays);
   look(fActions.grid, &StageScene::Look::grid);
+  connect(fActions.sources, &QAction::toggled, fSources, &QWidget::setVisible);
+  connect(fSources, &SourcesPanel::hiddenChanged, this,
+          [this] { fFeed->setHidden(fSources->hidden()); });
+  connect(fActions.onTheirFrame, &QAction::toggled, fSources, &SourcesPanel::setOnFrame);
+  connect(fSources, &SourcesPanel::onFrameChanged, this, [this](bool on) {
+    fActions.onTheirFrame->setChecked(on);
+    fFeed->setOnFrame(on);
+  });
   connect(fActions.histogram, &QAction::toggled, fCanvas, &StageCanvas::setHistogramShown);
   connect(fActions.pixel, &QAction::toggled, this, &Stage::showPixel);
   connect(fCanvas, &StageCanvas::pointed, this, &Stage::showPixel);
@@ -147,28 +174,24 @@ void Stage::connectMeasuring() {
 
 // ---- pictures
 
-void Stage::listen(Module& module) {
-  fWatch = module.model()->fFrames.watch([this] {
-    if (!fIsTold.exchange(true))
-      QMetaObject::invokeMethod(this, &Stage::showNewest, Qt::QueuedConnection);
-  });
+void Stage::showChange() {
+  const bool isAnother = fFeed->shown().frame != fCanvas->scene().frame();
+  fCanvas->setShown(fFeed->shown());
+  fSources->follow(fFeed->shown());
+  if (isAnother) fKeeper->addToFilm();
 }
 
-void Stage::showNewest() {
-  fIsTold = false;
-  const auto module = fModule.lock();
-  if (!module || fActions.freeze->isChecked() || !isVisible()) return;
-  fCanvas->setFrame(module->model()->fFrames.newest());
+// While nobody sees it, and nobody will, nothing is done.
+void Stage::updateWatched() {
+  fNewestBefore = 0;
+  fFeed->setWatched(isVisible() || fKeeper->isFilming());
 }
 
 // While nobody looks, and while the view is frozen, nothing is dropped.
 void Stage::countDropped() {
-  const auto module = fModule.lock();
-  const FramePtr newest = module ? module->model()->fFrames.newest() : nullptr;
-  if (!newest) return;
-  if (fNewestBefore != 0 && newest->number > fNewestBefore + 1)
-    fDropped += newest->number - fNewestBefore - 1;
-  fNewestBefore = newest->number;
+  const std::uint64_t newest = fFeed->newestNumber();
+  if (fNewestBefore != 0 && newest > fNewestBefore + 1) fDropped += newest - fNewestBefore - 1;
+  fNewestBefore = newest;
 }
 
 void Stage::setPlaying(bool playing) {
@@ -204,16 +227,51 @@ QSize Stage::sizeHint() const {
   return {720, 560};
 }
 
+// ---- keeping
+
+void Stage::connectKeeping() {
+  connect(fActions.save, &QAction::triggered, this, [this] { fKeeper->save(true); });
+  connect(fActions.savePlain, &QAction::triggered, this, [this] { fKeeper->save(false); });
+  connect(fActions.copy, &QAction::triggered, fKeeper, &StageKeeper::copy);
+  connect(fActions.film, &QAction::triggered, this, &Stage::filmOrStop);
+  connect(fActions.folder, &QAction::triggered, this, [this] { fKeeper->askForFolder(this); });
+  connect(fActions.files, &QAction::triggered, this, [this] {
+    if (fViewer) emit fViewer->viewWanted("files", false);
+  });
+  connect(fKeeper, &StageKeeper::said, this, &Stage::say);
+  connect(fKeeper, &StageKeeper::filmChanged, this, [this] {
+    updateWatched();
+    refresh();
+  });
+}
+
+void Stage::filmOrStop() {
+  if (fKeeper->isFilming())
+    fKeeper->endFilm();
+  else
+    fKeeper->beginFilm(frameRateWanted());
+  refresh();
+}
+
+// Below the badge.
+void Stage::say(const QString& text, bool isGood) {
+  if (fNotice == nullptr) fNotice = new Notice(fCanvas);
+  const QRect room =
+      fCanvas->rect().adjusted(kGap, kGap + fBadge->sizeHint().height(), -kGap, -kGap);
+  fNotice->say(isGood ? Notice::Kind::Done : Notice::Kind::Failed, text, room);
+}
+
 // ---- what is told of them
 
 void Stage::refresh() {
   const bool playing = isPlaying();
-  fActions.play->setChecked(playing);
   fActions.play->setText(playing ? tr("Pause") : tr("Play"));
   fActions.fullScreen->setChecked(window()->isFullScreen());
+  fActions.film->setText(fKeeper->isFilming() ? tr("Stop film") : tr("Film"));
   fActions.mirror->setChecked(fCanvas->scene().viewport().isMirrored());
   const bool hasFrame = fCanvas->scene().frame() != nullptr;
   fInvitation->setVisible(!hasFrame && !playing);
+  if (!playing) fFeed->look();  // figures come and go also while no picture does
 
   fReading =
       fMeter.update({playing, isVisible(), framesPainted(), lastPainted(), frameRateWanted()},
@@ -232,9 +290,13 @@ void Stage::refresh() {
 
 void Stage::showBadge() {
   const bool isPaused = fReading.state == Lookout::PictureState::Paused;
-  const QString text = fActions.freeze->isChecked() ? tr("Frozen")
-                       : isPaused                   ? tr("Paused")
-                                                    : QString();
+  QStringList texts;
+  if (fActions.freeze->isChecked())
+    texts << tr("Frozen");
+  else if (isPaused)
+    texts << tr("Paused");
+  if (fKeeper->isFilming()) texts << fKeeper->filmText();
+  const QString text = texts.join(QString::fromUtf8(" \u00b7 "));
   if (text != fBadge->text()) {
     fBadge->setText(text);
     fBadge->adjustSize();
@@ -302,9 +364,12 @@ void Stage::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 void Stage::showEvent(QShowEvent*) {
-  fNewestBefore = 0;
-  showNewest();
+  updateWatched();
   refresh();
+}
+
+void Stage::hideEvent(QHideEvent*) {
+  updateWatched();
 }
 
 void Stage::changeEvent(QEvent* event) {

@@ -4,22 +4,23 @@
 
 #include <QPointer>
 #include <QTimer>
-#include <atomic>
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
-#include <memory>
 
 #include "lookout/lookout_widget.h"
 #include "lookout/picture_meter.h"
-#include "viewer/core/frame_feed.h"
 #include "viewer/stage/stage_actions.h"
 
 class Module;
 class QLabel;
 class QPushButton;
 class QToolBar;
+class Notice;
 class PixelLabel;
+class SourcesPanel;
 class StageCanvas;
+class StageFeed;
+class StageKeeper;
 class StageLine;
 
 // A second view of what the viewer's widget shows, for a dock of its own: zoomed, turned and
@@ -29,7 +30,9 @@ class Stage : public LookoutWidget {
   Q_OBJECT
 
  public:
-  Stage(LookoutWidget& viewer, const boost::shared_ptr<Module>& module, QWidget* parent);
+  // `robot`: its address, after which what is saved is called.
+  Stage(LookoutWidget& viewer, const boost::shared_ptr<Module>& module, const QString& robot,
+        QWidget* parent);
   ~Stage() override;
 
   void setPlaying(bool playing) override;
@@ -51,6 +54,7 @@ class Stage : public LookoutWidget {
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
   void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
@@ -61,9 +65,12 @@ class Stage : public LookoutWidget {
   void connectLooking();
   void connectMeasuring();
   void connectPicture();
-  void listen(Module& module);
-  void showNewest();
+  void connectKeeping();
+  void showChange();
   void countDropped();
+  void filmOrStop();
+  void say(const QString& text, bool isGood);
+  void updateWatched();
   void refresh();
   void showBadge();
   void showPixel();
@@ -74,8 +81,11 @@ class Stage : public LookoutWidget {
   QPointer<LookoutWidget> fViewer;
   boost::weak_ptr<Module> fModule;
   StageActions fActions;
+  StageFeed* fFeed = nullptr;
+  StageKeeper* fKeeper = nullptr;
   QToolBar* fToolBar = nullptr;
   StageCanvas* fCanvas = nullptr;
+  SourcesPanel* fSources = nullptr;  // beside the canvas
   StageLine* fLine = nullptr;
   QLabel* fBadge = nullptr;            // over the picture: paused, frozen
   PixelLabel* fPixel = nullptr;        // over the picture
@@ -85,6 +95,5 @@ class Stage : public LookoutWidget {
   std::uint64_t fDropped = 0;
   std::uint64_t fNewestBefore = 0;  // the newest picture when one was painted last; 0: none yet
   QTimer fRefresh;
-  std::atomic<bool> fIsTold = false;  // of a picture that was not looked at yet
-  std::unique_ptr<FrameFeed::Watch> fWatch;
+  Notice* fNotice = nullptr;  // over the picture; null until there is something to say
 };

@@ -15,7 +15,7 @@ QString tr(const char* text) {
 
 StageActions::StageActions(QWidget& stage) : fStage(stage) {
   begin(tr("Picture"));
-  play = addCheck(tr("Play"), {Qt::Key_Space}, tr("Plays and pauses the robot's pictures"));
+  play = add(tr("Play"), {Qt::Key_Space}, tr("Plays and pauses the robot's pictures"));
   freeze = addCheck(tr("Freeze"), {Qt::Key_Z}, tr("Holds this picture here; the rest goes on"));
   another =
       add(tr("Another stage"), {QKeySequence("Shift+S")}, tr("Opens one more view of this robot"));
@@ -48,7 +48,7 @@ StageActions::StageActions(QWidget& stage) : fStage(stage) {
   savePlain = add(tr("Save without overlays"), {QKeySequence("Ctrl+Shift+S")},
                   tr("Saves the picture alone as PNG"));
   copy = add(tr("Copy"), {QKeySequence("Ctrl+C")}, tr("Puts what is seen on the clipboard"));
-  film = addCheck(tr("Film"), {QKeySequence("Ctrl+R")}, tr("Films what is seen on this computer"));
+  film = add(tr("Film"), {QKeySequence("Ctrl+R")}, tr("Films what is seen on this computer"));
   folder = add(tr("Folder..."), {QKeySequence("Ctrl+Shift+O")},
                tr("Where pictures and films are saved"));
   files = add(tr("Files on the robot"), {QKeySequence("Shift+F")},

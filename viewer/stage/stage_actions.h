@@ -26,7 +26,7 @@ class StageActions {
   void fill(QMenu& menu) const;
 
   // Picture
-  QAction* play = nullptr;    // checked while it plays
+  QAction* play = nullptr;    // its text says whether it plays or pauses
   QAction* freeze = nullptr;  // checkable
   QAction* another = nullptr;
   // Looking
@@ -51,7 +51,7 @@ class StageActions {
   QAction* save = nullptr;
   QAction* savePlain = nullptr;
   QAction* copy = nullptr;
-  QAction* film = nullptr;  // checkable
+  QAction* film = nullptr;  // as play
   QAction* folder = nullptr;
   QAction* files = nullptr;
   QAction* help = nullptr;

@@ -27,13 +27,14 @@ StageCanvas::StageCanvas(QWidget* parent) : QWidget(parent) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
   setMinimumSize(160, 120);
+  fScene.look().font = font();
   setAccessibleName(tr("Camera picture, large"));
   if (GlSurface::isWorthwhile())
     fSurface = new GlSurface([this](QPainter& painter) { paint(painter); }, this);
 }
 
-void StageCanvas::setFrame(FramePtr frame) {
-  fScene.setFrame(std::move(frame));
+void StageCanvas::setShown(Moment::Shown shown) {
+  fScene.show(std::move(shown));
   refresh();
 }
 
@@ -112,8 +113,14 @@ void StageCanvas::pointAt(QPointF position) {
 
 // ---- events
 
+void StageCanvas::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::FontChange) fScene.look().font = font();
+  QWidget::changeEvent(event);
+}
+
 void StageCanvas::resizeEvent(QResizeEvent*) {
   if (fSurface != nullptr) fSurface->resize(size());
+  fScene.look().pixelRatio = devicePixelRatioF();
   fScene.viewport().setView((QSizeF(size()) * devicePixelRatioF()).toSize());
   noteView();
 }

@@ -21,7 +21,7 @@ class StageCanvas : public QWidget {
 
   StageScene& scene() { return fScene; }
   const StageScene& scene() const { return fScene; }
-  void setFrame(FramePtr frame);
+  void setShown(Moment::Shown shown);
   // To be called after a change of the scene.
   void refresh();
 
@@ -58,6 +58,7 @@ class StageCanvas : public QWidget {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;

@@ -5,7 +5,6 @@
 #include <QFileDialog>
 #include <QGuiApplication>
 #include <QLocale>
-#include <algorithm>
 #include <chrono>
 #include <cmath>
 
@@ -17,8 +16,9 @@ namespace {
 
 constexpr double kUsualRate = 30;
 
-std::int64_t microsecondsOf(std::chrono::steady_clock::time_point time) {
-  return std::chrono::duration_cast<std::chrono::microseconds>(time.time_since_epoch()).count();
+std::int64_t now() {
+  const auto time = std::chrono::steady_clock::now().time_since_epoch();
+  return std::chrono::duration_cast<std::chrono::microseconds>(time).count();
 }
 
 }  // namespace
@@ -71,7 +71,7 @@ bool StageKeeper::beginFilm(double framesPerSecond) {
 
 void StageKeeper::addToFilm() {
   if (!fFilm.isFilming() || !fScene.frame()) return;
-  fFilm.add(fScene.image(fFilmSize), microsecondsOf(fScene.frame()->arrived));
+  fFilm.add(fScene.imageOf(fFilmSize), now());
 }
 
 void StageKeeper::endFilm() {
@@ -90,11 +90,11 @@ void StageKeeper::finishFilm(const QString& path, const QString& error) {
 QString StageKeeper::filmText() const {
   if (!fFilm.isFilming()) return {};
   const qint64 seconds = fFilm.duration() / 1000;
-  const QString text = tr("Filming %1:%2, %3")
-                           .arg(seconds / 60)
-                           .arg(seconds % 60, 2, 10, QChar('0'))
-                           .arg(QLocale().formattedDataSize(fFilm.bytes(), 1,
-                                                            QLocale::DataSizeSIFormat));
+  const QString text =
+      tr("Filming %1:%2, %3")
+          .arg(seconds / 60)
+          .arg(seconds % 60, 2, 10, QChar('0'))
+          .arg(QLocale().formattedDataSize(fFilm.bytes(), 1, QLocale::DataSizeSIFormat));
   if (fFilm.dropped() == 0) return text;
   return tr("%1, %2 pictures missing").arg(text).arg(fFilm.dropped());
 }

@@ -2,10 +2,11 @@
 // What a stage shows, and how it is painted: on the screen, into a file, into a film.
 #pragma once
 
+#include <QFont>
 #include <QImage>
-#include <optional>
 
-#include "viewer/core/frame.h"
+#include "viewer/stage/overlays/moment.h"
+#include "viewer/stage/overlays/stage_overlays.h"
 #include "viewer/stage/picture_painter.h"
 #include "viewer/stage/viewport.h"
 
@@ -17,13 +18,14 @@ class StageScene {
   struct Look {
     bool overlays = true;
     bool grid = false;
-
-    bool operator==(const Look&) const = default;
+    QFont font;             // of the overlays' labels
+    double pixelRatio = 1;  // device pixels for a pixel of a widget
   };
 
-  // The picture is converted when it is painted for the first time. Null: nothing is shown.
-  void setFrame(FramePtr frame);
-  const FramePtr& frame() const { return fFrame; }
+  // The picture is converted when it is painted for the first time. Without a frame nothing is
+  // shown.
+  void show(Moment::Shown shown);
+  const FramePtr& frame() const { return fShown.frame; }
   // Of the frame; null without one.
   const QImage& picture();
 
@@ -33,13 +35,19 @@ class StageScene {
 
   // All of the view, in device pixels.
   void paint(QPainter& painter);
-  // The view as it is, at its size in device pixels; null while it has none.
+  // The same at its size in device pixels; null while it has none.
   QImage image(bool withOverlays);
+  // What is seen, in a view of another size; cut off where that is smaller by a pixel only.
+  QImage imageOf(QSize size);
 
  private:
-  FramePtr fFrame;
+  QImage painted(QSize size);
+  void paintOverlays(QPainter& painter);
+
+  Moment::Shown fShown;
   QImage fPicture;
   Viewport fViewport;
   Look fLook;
   PicturePainter fPainter;
+  StageOverlays fOverlays;
 };

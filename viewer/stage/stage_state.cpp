@@ -3,6 +3,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include "viewer/stage/overlays/sources_panel.h"
 #include "viewer/stage/stage.h"
 #include "viewer/stage/stage_canvas.h"
 
@@ -12,10 +13,9 @@ constexpr int kStateVersion = 1;
 
 // The names of the switches in the state.
 std::vector<std::pair<const char*, QAction*>> switchesOf(const StageActions& actions) {
-  return {{"overlays", actions.overlays},   {"sources", actions.sources},
-          {"grid", actions.grid},           {"pixel", actions.pixel},
-          {"histogram", actions.histogram}, {"line", actions.line},
-          {"toolBar", actions.toolBar},     {"onTheirFrame", actions.onTheirFrame}};
+  return {{"overlays", actions.overlays}, {"sources", actions.sources},     {"grid", actions.grid},
+          {"pixel", actions.pixel},       {"histogram", actions.histogram}, {"line", actions.line},
+          {"toolBar", actions.toolBar}};
 }
 
 QJsonObject toJson(const Viewport::State& state) {
@@ -41,6 +41,7 @@ QByteArray Stage::saveState() const {
   QJsonObject state{{"version", kStateVersion},
                     {"view", toJson(fCanvas->scene().viewport().state())}};
   for (const auto& [name, action] : switchesOf(fActions)) state[name] = action->isChecked();
+  state["hidden"] = fSources->saveState();
   return QJsonDocument(state).toJson(QJsonDocument::Compact);
 }
 
@@ -49,6 +50,7 @@ bool Stage::restoreState(const QByteArray& state) {
   if (read["version"].toInt() != kStateVersion) return false;
   for (const auto& [name, action] : switchesOf(fActions))
     if (read[name].isBool()) action->setChecked(read[name].toBool());
+  fSources->restoreState(read["hidden"].toObject());
   fCanvas->restoreView(viewOf(read["view"].toObject()));
   return true;
 }

@@ -109,7 +109,7 @@ QStringList Widget::viewKinds() const {
 
 LookoutWidget* Widget::makeView(const QString& kind, QWidget* parent) {
   const auto module = fModule.lock();
-  return module && kind == kStage ? new Stage(*this, module, parent) : nullptr;
+  return module && kind == kStage ? new Stage(*this, module, fRobotAddress, parent) : nullptr;
 }
 
 void Widget::mouseDoubleClickEvent(QMouseEvent* event) {

@@ -9,7 +9,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
-#include "../../lookout/settings_of_test.h"
+#include "lookout/settings_of_test.h"
 
 namespace {
 

@@ -17,7 +17,12 @@ struct Canvas {
   explicit Canvas(QSize size = {640, 480}, Frame frame = markedFrame({320, 240})) {
     widget.resize(size);
     widget.show();
-    widget.setFrame(shared(std::move(frame)));
+    show(std::move(frame));
+  }
+  void show(Frame frame) {
+    Moment::Shown shown;
+    shown.frame = shared(std::move(frame));
+    widget.setShown(std::move(shown));
   }
   QImage image() { return widget.grab().toImage(); }
   Viewport& viewport() { return widget.scene().viewport(); }
@@ -90,12 +95,12 @@ TEST(StageCanvas, CountsEachPictureOnce) {
   QSignalSpy painted(&canvas.widget, &StageCanvas::painted);
   Frame frame = markedFrame({320, 240});
   frame.number = 1;
-  canvas.widget.setFrame(shared(frame));
+  canvas.show(frame);
   canvas.image();
   canvas.image();
   EXPECT_EQ(canvas.widget.framesPainted(), 1U);
   frame.number = 2;
-  canvas.widget.setFrame(shared(frame));
+  canvas.show(frame);
   canvas.image();
   EXPECT_EQ(canvas.widget.framesPainted(), 2U);
   EXPECT_EQ(painted.size(), 2);
@@ -103,7 +108,7 @@ TEST(StageCanvas, CountsEachPictureOnce) {
 
 TEST(StageCanvas, IsBlackWithoutAPicture) {
   Canvas canvas;
-  canvas.widget.setFrame(nullptr);
+  canvas.widget.setShown({});
   EXPECT_EQ(canvas.image().pixel(320, 240), 0xff000000);
 }
 

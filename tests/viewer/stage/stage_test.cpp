@@ -11,48 +11,13 @@
 #include <thread>
 
 #include "frames.h"
-#include "support/viewer_on_robot.h"
+#include "stage_on_robot.h"
 #include "support/wait.h"
 #include "viewer/stage/pixel_label.h"
 #include "viewer/stage/stage_canvas.h"
 #include "viewer/stage/stage_line.h"
 
 namespace {
-
-// Plays when it is told to.
-class Player : public LookoutWidget {
- public:
-  void setPlaying(bool playing) override { fPlaying = playing; }
-  bool isPlaying() const override { return fPlaying; }
-  double frameRateWanted() const override { return 30; }
-
- private:
-  bool fPlaying = false;
-};
-
-struct StageOnRobot {
-  StageOnRobot() {
-    stage = std::make_unique<Stage>(player, viewer.module, nullptr);
-    stage->resize(800, 600);
-    stage->show();
-    // Or else no key is a shortcut.
-    EXPECT_TRUE(QTest::qWaitForWindowActive(stage.get()));
-  }
-  void publish(Frame frame) { viewer.model().fFrames.publish(std::move(frame)); }
-  bool waitForFrames(quint64 count) {
-    return waitUntil([this, count] { return stage->framesPainted() >= count; });
-  }
-  void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QTest::keyClick(stage.get(), key, modifiers);
-  }
-  Viewport& viewport() { return stage->canvas().scene().viewport(); }
-  QString line() const { return stage->findChild<StageLine*>()->text(); }
-  QPushButton* invitation() const { return stage->findChild<QPushButton*>(); }
-
-  ViewerOnRobot viewer;
-  Player player;
-  std::unique_ptr<Stage> stage;
-};
 
 TEST(Stage, ShowsEachPictureThatComes) {
   StageOnRobot robot;
@@ -70,7 +35,7 @@ TEST(Stage, ShowsThePictureThatWasThereBefore) {
   ViewerOnRobot viewer;
   viewer.model().fFrames.publish(plainFrame({320, 240}, 100));
   Player player;
-  Stage stage(player, viewer.module, nullptr);
+  Stage stage(player, viewer.module, "tam", nullptr);
   stage.show();
   EXPECT_TRUE(waitUntil([&] { return stage.framesPainted() == 1; }));
 }
