@@ -26,6 +26,7 @@ class StageKeeper : public QObject {
   bool beginFilm(double framesPerSecond);
   void endFilm();
   bool isFilming() const { return fFilm.isFilming(); }
+  int missing() const { return fFilm.dropped(); }  // pictures, in the film
   // "Filming 1:05, 3.4 MB", and what is missing; empty while there is no film.
   QString filmText() const;
   // The scene shows another picture.
