@@ -118,7 +118,7 @@ QLabel* Stage::makeBadge() {
 }
 
 void Stage::connectPicture() {
-  connect(fActions.play, &QAction::triggered, this, [this] { setPlaying(!isPlaying()); });
+  connect(fActions.play, &QAction::triggered, this, [this] { setPlaying(!isViewerPlaying()); });
   connect(fFeed, &StageFeed::changed, this, &Stage::showChange);
   connect(fActions.freeze, &QAction::toggled, this, [this](bool frozen) {
     fFeed->setFrozen(frozen);
@@ -156,6 +156,7 @@ void Stage::connectMeasuring() {
   };
   look(fActions.overlays, &StageScene::Look::overlays);
   look(fActions.grid, &StageScene::Look::grid);
+  for (QWidget* part : fSources->findChildren<QWidget*>()) part->installEventFilter(this);
   connect(fActions.sources, &QAction::toggled, fSources, &QWidget::setVisible);
   connect(fSources, &SourcesPanel::hiddenChanged, this,
           [this] { fFeed->setHidden(fSources->hidden()); });
@@ -199,8 +200,12 @@ void Stage::setPlaying(bool playing) {
   refresh();
 }
 
-bool Stage::isPlaying() const {
+bool Stage::isViewerPlaying() const {
   return fViewer && fViewer->isPlaying();
+}
+
+bool Stage::isPlaying() const {
+  return isViewerPlaying() && !fFeed->isFrozen();
 }
 
 quint64 Stage::framesPainted() const {
@@ -264,7 +269,7 @@ void Stage::say(const QString& text, bool isGood) {
 // ---- what is told of them
 
 void Stage::refresh() {
-  const bool playing = isPlaying();
+  const bool playing = isViewerPlaying();
   fActions.play->setText(playing ? tr("Pause") : tr("Play"));
   fActions.fullScreen->setChecked(window()->isFullScreen());
   fActions.film->setText(fKeeper->isFilming() ? tr("Stop film") : tr("Film"));
@@ -331,6 +336,14 @@ void Stage::showShortcuts() {
 }
 
 // ---- events
+
+// Space ticks a source off; it plays and pauses elsewhere.
+bool Stage::eventFilter(QObject* watched, QEvent* event) {
+  const bool isSpace = event->type() == QEvent::ShortcutOverride &&
+                       static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space;
+  if (isSpace) event->accept();
+  return isSpace || LookoutWidget::eventFilter(watched, event);
+}
 
 void Stage::keyPressEvent(QKeyEvent* event) {
   const auto arrow = [event]() -> std::optional<QPoint> {

@@ -36,6 +36,7 @@ class Stage : public LookoutWidget {
   ~Stage() override;
 
   void setPlaying(bool playing) override;
+  // A frozen view does not play: it is not waited for.
   bool isPlaying() const override;
   // What this view shows and how; as JSON, {"version": 1, ..}.
   QByteArray saveState() const override;
@@ -51,6 +52,7 @@ class Stage : public LookoutWidget {
   StageCanvas& canvas() { return *fCanvas; }
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void showEvent(QShowEvent* event) override;
@@ -77,6 +79,7 @@ class Stage : public LookoutWidget {
   void placeLabels();
   void showShortcuts();
   QString encoding() const;
+  bool isViewerPlaying() const;
 
   QPointer<LookoutWidget> fViewer;
   boost::weak_ptr<Module> fModule;

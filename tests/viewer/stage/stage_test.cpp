@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
+#include <QListView>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -60,13 +61,16 @@ TEST(Stage, PlaysAndPausesWithSpace) {
 
 TEST(Stage, FreezesThisViewWhileTheRestGoesOn) {
   StageOnRobot robot;
+  robot.player.setPlaying(true);
   robot.publish(plainFrame({320, 240}, 100));
   ASSERT_TRUE(robot.waitForFrames(1));
+  EXPECT_TRUE(robot.stage->isPlaying());
   robot.press(Qt::Key_Z);
   robot.publish(plainFrame({320, 240}, 200));
   QCoreApplication::processEvents();
   EXPECT_EQ(robot.stage->canvas().scene().frame()->number, 1U);
   EXPECT_TRUE(robot.line().contains("Frozen"));
+  EXPECT_FALSE(robot.stage->isPlaying());
   robot.press(Qt::Key_Z);
   EXPECT_EQ(robot.stage->canvas().scene().frame()->number, 2U);
   EXPECT_FALSE(robot.line().contains("Frozen"));
@@ -230,6 +234,21 @@ TEST(Stage, StandsStillOnceItsModuleIsGone) {
   robot.viewer.dropModule();
   robot.stage->canvas().grab();
   EXPECT_EQ(robot.stage->framesPainted(), 1U);
+}
+
+TEST(Stage, LeavesSpaceToTheListOfSources) {
+  StageOnRobot robot;
+  robot.viewer.model().addObjectWatch("figures");
+  robot.publish(plainFrame({320, 240}, 100));
+  robot.press(Qt::Key_L);
+  auto* list = robot.stage->findChild<QListView*>();
+  ASSERT_TRUE(waitUntil([&] { return list->model()->rowCount() == 1; }));
+  const QModelIndex row = list->model()->index(0, 0);
+  list->setFocus();
+  list->setCurrentIndex(row);
+  QTest::keyClick(list, Qt::Key_Space);
+  EXPECT_EQ(row.data(Qt::CheckStateRole).toInt(), Qt::Unchecked);
+  EXPECT_FALSE(robot.player.isPlaying());
 }
 
 TEST(Stage, NamesEverythingForThoseWhoHear) {
