@@ -9,7 +9,7 @@ namespace {
 
 constexpr double kSmallView = 320;   // pixels; pictures up to twice as wide are shown so wide in it
 constexpr double kSmallPart = 0.25;  // of larger pictures
-constexpr double kLargestHalf = 1e9;
+constexpr double kLargestHalf = 1e12;
 // Larger circles are drawn as the arc that can be seen.
 constexpr double kLargestEllipse = 4000;
 constexpr int kArcPoints = 96;

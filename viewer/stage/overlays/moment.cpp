@@ -127,7 +127,7 @@ Moment::Source Moment::sourceAt(const std::string& key, const FramePtr& frame,
   Source source;
   source.isHidden = isHidden;
   source.isOnFrame = fIsOnFrame && history.isTimed();
-  source.set = source.isOnFrame && frame ? history.seenBy(frame->timestamp) : history.newestSet();
+  source.set = source.isOnFrame && frame ? history.seenAt(frame->timestamp) : history.newestSet();
   if (!source.set) source.set = std::make_shared<const OverlaySource>(OverlaySource{key, 0, {}});
   if (history.isTimed() && frame && source.set->seen > 0)
     source.age = std::max<std::int64_t>(frame->timestamp - source.set->seen, 0);

@@ -15,7 +15,7 @@
 // A detection takes its time: its figures come when newer pictures are there already, in which a
 // moving thing stands elsewhere. So the picture shown is held back by as much as detections were
 // late in the last two seconds, half a second at most, and each picture has the figures that were
-// seen in it, or else the last ones before it. Where no new detection is visible, the newest
+// seen in it, or else next to it. Where no new detection is visible, the newest
 // picture is shown. All times are the robot's, so that its clock need not be right. Thread-bound.
 class Moment {
  public:

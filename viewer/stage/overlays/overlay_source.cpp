@@ -5,9 +5,6 @@
 
 namespace {
 
-// What is beyond can't be read over a picture, and need not be copied while the lock is held.
-constexpr std::size_t kLongestText = 1024;
-
 displayObject shortened(const displayObject& item) {
   return {item.x,
           item.y,

@@ -11,6 +11,10 @@
 
 class Model;
 
+// Bytes of an item's text. What is beyond can't be read over a picture, and need not be copied
+// while the model is locked.
+constexpr std::size_t kLongestText = 1024;
+
 // The items that one key of the robot's memory held. A plain value.
 struct OverlaySource {
   std::string key;
@@ -21,6 +25,5 @@ struct OverlaySource {
 // Immutable, to be kept and handed around.
 using OverlaySet = std::shared_ptr<const OverlaySource>;
 
-// Copies the items of the model, in the order of their keys and names, with the first 1,024 bytes
-// of their texts. Thread-safe.
+// Copies the items of the model, in the order of their keys and names. Thread-safe.
 std::vector<OverlaySource> overlaysOf(const Model& model);

@@ -8,6 +8,8 @@
 #include <array>
 #include <string_view>
 
+#include "viewer/stage/overlays/overlay_source.h"
+
 namespace {
 
 constexpr std::int64_t kSecond = 1000000;
@@ -32,10 +34,10 @@ QString said(const char* text) {
   return QCoreApplication::translate("StageOverlays", text);
 }
 
-// A text may have been cut within a character.
+// A long text may have been cut within a character.
 QByteArray withoutTornEnd(const std::string& bytes) {
   std::size_t end = bytes.size();
-  for (int i = 0; i < 3 && end > 0; ++i) {
+  for (int i = 0; i < 4 && bytes.size() >= kLongestText && end > 0; ++i) {
     const auto byte = static_cast<unsigned char>(bytes[end - 1]);
     if (byte < 0x80) break;
     --end;
@@ -50,7 +52,7 @@ QByteArray withoutTornEnd(const std::string& bytes) {
 }  // namespace
 
 QString textOf(const std::string& bytes) {
-  QStringDecoder decoder(QStringDecoder::Utf8);
+  QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
   QString text = decoder(withoutTornEnd(bytes));
   if (decoder.hasError())
     text = QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size()));

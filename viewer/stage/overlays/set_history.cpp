@@ -70,11 +70,14 @@ OverlaySet SetHistory::newestSet() const {
   return isTimed() ? fSets.back().set : fPlain;
 }
 
-OverlaySet SetHistory::seenBy(std::int64_t time) const {
+OverlaySet SetHistory::seenAt(std::int64_t time) const {
   if (!isTimed()) return fPlain;
   const auto later = std::find_if(fSets.begin(), fSets.end(),
                                   [time](const Seen& seen) { return seen.time > time; });
-  return later == fSets.begin() ? nullptr : std::prev(later)->set;
+  if (later == fSets.begin()) return nullptr;
+  const auto earlier = std::prev(later);
+  const bool isLaterNearer = later != fSets.end() && later->time - time < time - earlier->time;
+  return isLaterNearer ? later->set : earlier->set;
 }
 
 std::int64_t SetHistory::lateness() const {

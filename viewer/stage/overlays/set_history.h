@@ -19,9 +19,10 @@ class SetHistory {
   bool isTimed() const { return !fSets.empty(); }
   // Null when none was added yet.
   OverlaySet newestSet() const;
-  // The last one that was seen at or before `time`, null before the first; of an untimed source the
-  // newest.
-  OverlaySet seenBy(std::int64_t time) const;
+  // The one that was seen nearest to `time`: a detector looks at fewer pictures than there are, and
+  // maybe at none of those at hand. Of an untimed source the newest; null when there is none, or
+  // only one that was seen later.
+  OverlaySet seenAt(std::int64_t time) const;
 
   // Whether new sets came in the last two seconds, and how much later than its picture the latest
   // of them. What was there at the first look is not counted: nobody knows when it came.
