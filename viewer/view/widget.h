@@ -58,7 +58,7 @@ class Widget : public LookoutWidget, public GCInterface {
   QWidget* pictureArea() const override;
   // What VideoSettingsWidget::choose() knows.
   QString choose(const QString& setting, const QString& value) override;
-  // "stage": the picture as large as there is room.
+  // "stage": the picture as large as there is room. "files": the robot's photos and films.
   QStringList viewKinds() const override;
   LookoutWidget* makeView(const QString& kind, QWidget* parent) override;
 

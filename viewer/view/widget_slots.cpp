@@ -20,6 +20,7 @@
 #include "viewer/download/ftp_download_dialog.h"
 #include "viewer/recording/videorecordersettings_widget.h"
 #include "viewer/settings/videosettings_widget.h"
+#include "viewer/stage/files/files_panel.h"
 #include "viewer/stage/stage.h"
 #include "viewer/view/view_image.h"
 #include "viewer/view/widget.h"
@@ -28,6 +29,7 @@ namespace {
 
 constexpr int kStateVersion = 1;
 const QString kStage = "stage";
+const QString kFiles = "files";
 
 }  // namespace
 
@@ -104,12 +106,13 @@ QString Widget::choose(const QString& setting, const QString& value) {
 }
 
 QStringList Widget::viewKinds() const {
-  return {kStage};
+  return {kStage, kFiles};
 }
 
 LookoutWidget* Widget::makeView(const QString& kind, QWidget* parent) {
   const auto module = fModule.lock();
-  return module && kind == kStage ? new Stage(*this, module, fRobotAddress, parent) : nullptr;
+  if (kind == kStage && module) return new Stage(*this, module, fRobotAddress, parent);
+  return kind == kFiles ? new FilesPanel(fRobotAddress, parent) : nullptr;
 }
 
 void Widget::mouseDoubleClickEvent(QMouseEvent* event) {
