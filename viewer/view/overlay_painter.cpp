@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "viewer/view/lettering.h"
 #include "viewer/view/overlay_passes.h"
 
 namespace {
@@ -52,22 +53,24 @@ void paintFigure(QPainter& painter, const displayObject& item, double centreX, d
 
 void paintFigures(QPainter& painter, const displayObject& item, double centreX, double centreY,
                   const QRectF& view) {
-  for (const PassRange& range : touchingPasses(item, centreX, centreY, view)) {
-    for (std::int64_t pass = range.first; pass <= range.last; ++pass) {
-      // Nothing hangs down from above the picture's top edge.
-      if (centreY + static_cast<double>(pass) > 0)
-        paintFigure(painter, item, centreX, centreY, static_cast<double>(pass));
-    }
-  }
+  const auto paint = [&](std::int64_t pass) {
+    // Nothing hangs down from above the picture's top edge.
+    if (centreY + static_cast<double>(pass) > 0)
+      paintFigure(painter, item, centreX, centreY, static_cast<double>(pass));
+  };
+  const auto [some, others] = touchingPasses(item, centreX, centreY, view);
+  for (std::int64_t pass = some.first; pass <= some.last; ++pass) paint(pass);
+  for (std::int64_t pass = others.first; pass <= others.last; ++pass)
+    if (pass < some.first || pass > some.last) paint(pass);
 }
 
 // The text is drawn with every pass, at the same place.
-void paintLabel(QPainter& painter, const displayObject& item, double centreX, double centreY,
-                const QRectF& view) {
+void paintLabel(QPainter& painter, Lettering& lettering, const displayObject& item, double centreX,
+                double centreY, const QRectF& view) {
   if (item.description.empty()) return;
   const QPointF baseline(std::trunc(static_cast<float>(centreX) + 5.0F),
                          std::trunc(static_cast<float>(centreY) + 5.0F));
-  const double height = 2.0 * painter.fontMetrics().height();
+  const double height = 2.0 * lettering.lineHeight();
   const double length = static_cast<double>(kLabelLength) * height;
   if (!view.adjusted(-length, -height, height, height).contains(baseline)) return;
 
@@ -75,18 +78,18 @@ void paintLabel(QPainter& painter, const displayObject& item, double centreX, do
       QString::fromLatin1(item.description.data(),
                           static_cast<qsizetype>(std::min(item.description.size(), kLabelLength)));
   const std::int64_t repeats = std::min(drawnPasses(item.thickness, centreY), kTextRepeats);
-  for (std::int64_t i = 0; i < repeats; ++i) painter.drawText(baseline, text);
+  lettering.draw(painter, baseline, text, static_cast<int>(repeats));
 }
 
 }  // namespace
 
-void paintOverlay(QPainter& painter, const displayObject& item, const QSizeF& pictureSize,
-                  const QRectF& view) {
+void paintOverlay(QPainter& painter, Lettering& lettering, const displayObject& item,
+                  const QSizeF& pictureSize, const QRectF& view) {
   if (item.thickness < 0) return;
   painter.setPen(QPen(QColor(static_cast<QRgb>(item.colour)), 0));
   const double centreX = item.x * pictureSize.width();
   const double centreY = item.y * pictureSize.height();
   if (!std::isfinite(centreX) || !std::isfinite(centreY)) return;
   paintFigures(painter, item, centreX, centreY, view);
-  paintLabel(painter, item, centreX, centreY, view);
+  paintLabel(painter, lettering, item, centreX, centreY, view);
 }

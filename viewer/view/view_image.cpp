@@ -18,16 +18,11 @@ QString timestampText(std::int64_t timestamp, float frameRate) {
          " seconds,  fps: " + QString::number(static_cast<double>(frameRate), 'f', 1);
 }
 
-QString dateText(std::int64_t timestamp) {
-  const auto seconds = static_cast<std::uint32_t>(timestamp / 1000000);
-  return "Date: " + QDateTime::fromSecsSinceEpoch(seconds).toString(Qt::ISODate);
-}
-
-void paintOverlays(QPainter& painter, const Model& model, const QSizeF& pictureSize,
-                   const QRectF& view) ZU_REQUIRES(model.fObjectsMutex) {
+void paintOverlays(QPainter& painter, Lettering& lettering, const Model& model,
+                   const QSizeF& pictureSize, const QRectF& view) ZU_REQUIRES(model.fObjectsMutex) {
   for (const auto& [source, manager] : model.fObjects) {
     for (const auto& [name, item] : manager.fObjects)
-      paintOverlay(painter, item, pictureSize, view);
+      paintOverlay(painter, lettering, item, pictureSize, view);
   }
 }
 
@@ -76,6 +71,7 @@ void ViewImage::paintEvent(QPaintEvent*) {
   const Ky::KyCriticalSection lock(model->fObjectsMutex);
 
   QPainter painter(this);
+  fLettering.begin(painter);
   const Frame frame = takeFrame(*model);
   if (frame.picture.isNull()) {
     paintInvitation(painter);
@@ -114,18 +110,28 @@ void ViewImage::paintFrame(QPainter& painter, const Frame& frame, const Model& m
   const auto& [placement, picture] = frame;
   painter.translate(placement.origin);
   painter.drawPixmap(0, 0, picture);
-  paintOverlays(painter, model, picture.size(), QRectF(rect()).translated(-placement.origin));
+  paintOverlays(painter, fLettering, model, picture.size(),
+                QRectF(rect()).translated(-placement.origin));
   painter.translate(-placement.origin);
 
   measureFrameRate(model);
   // In the pen that the last overlay item left.
-  painter.drawText(placement.timestampLine, Qt::AlignHCenter | Qt::AlignVCenter,
-                   timestampText(fLastTimestamp, fFrameRate));
-  painter.drawText(placement.dateLine, Qt::AlignHCenter | Qt::AlignVCenter,
-                   dateText(fLastTimestamp));
+  fLettering.drawCentred(painter, placement.timestampLine,
+                         timestampText(fLastTimestamp, fFrameRate));
+  fLettering.drawCentred(painter, placement.dateLine, dateText());
   painter.setPen(Qt::darkGray);
-  painter.drawText(placement.noteLine, Qt::AlignHCenter | Qt::AlignVCenter,
-                   "Frame rate in Lookout may be\n limited by network bandwidth.");
+  fLettering.drawCentred(painter, placement.noteLine,
+                         "Frame rate in Lookout may be\n limited by network bandwidth.");
+}
+
+// Made once a second: asking for the local time costs more than drawing it.
+QString ViewImage::dateText() {
+  const auto seconds = static_cast<std::uint32_t>(fLastTimestamp / 1000000);
+  if (fDate.isEmpty() || seconds != fDateSeconds) {
+    fDate = "Date: " + QDateTime::fromSecsSinceEpoch(seconds).toString(Qt::ISODate);
+    fDateSeconds = seconds;
+  }
+  return fDate;
 }
 
 void ViewImage::measureFrameRate(const Model& model) {

@@ -11,6 +11,7 @@
 #include <optional>
 
 #include "viewer/core/model.h"
+#include "viewer/view/lettering.h"
 
 class QImage;
 class QPainter;
@@ -57,12 +58,16 @@ class ViewImage : public QFrame {
   void paintFrame(QPainter& painter, const Frame& frame, const Model& model)
       ZU_REQUIRES(model.fObjectsMutex);
   void measureFrameRate(const Model& model);
+  QString dateText();
 
   boost::weak_ptr<const Model> fModel;
   std::unique_ptr<QImage> fImage;  // wraps the model's buffer without a copy
   std::int64_t fLastTimestamp = 0;
   std::int32_t fImageWidth = 0;  // for which fImage was built
   float fFrameRate = 0;
+  Lettering fLettering;
+  QString fDate;
+  std::uint32_t fDateSeconds = 0;  // that fDate says
   std::uint64_t fFramesPainted = 0;
   std::optional<std::chrono::steady_clock::time_point> fLastPainted;
 };

@@ -5,7 +5,9 @@
 #include <QPainter>
 #include <limits>
 #include <random>
+#include <vector>
 
+#include "viewer/view/lettering.h"
 #include "viewer/view/overlay_painter.h"
 #include "viewer/view/overlay_passes.h"
 
@@ -21,17 +23,25 @@ QImage canvas() {
   return image;
 }
 
-QImage painted(const displayObject& item) {
+QImage paintedOnce(const displayObject& item, Lettering& lettering) {
   QImage image = canvas();
   QPainter painter(&image);
   painter.translate(kOrigin);
-  paintOverlay(painter, item, kPicture, QRectF(kView).translated(-kOrigin));
+  lettering.begin(painter);
+  paintOverlay(painter, lettering, item, kPicture, QRectF(kView).translated(-kOrigin));
+  return image;
+}
+
+// What is kept for the next paint must not show.
+QImage painted(const displayObject& item) {
+  Lettering lettering;
+  const QImage image = paintedOnce(item, lettering);
+  EXPECT_EQ(paintedOnce(item, lettering), image) << "painted again";
   return image;
 }
 
 // The same with every single pass and in whole numbers.
-QImage paintedPassByPass(const displayObject& item) {
-  QImage image = canvas();
+QImage paintedPassByPass(const displayObject& item, QImage image = canvas()) {
   QPainter painter(&image);
   painter.translate(kOrigin);
   const double cx = item.x * kPicture.width();
@@ -190,7 +200,9 @@ TEST(Overlay, DrawsThePassesThatGrowBelowThePicturesTop) {
 TEST(Overlay, FollowsThePicturesSize) {
   QImage image = canvas();
   QPainter painter(&image);
-  paintOverlay(painter, item(2, 0.25, 0.5, 4, 0), QSizeF(200, 100), QRectF(kView));
+  Lettering lettering;
+  lettering.begin(painter);
+  paintOverlay(painter, lettering, item(2, 0.25, 0.5, 4, 0), QSizeF(200, 100), QRectF(kView));
   painter.end();
   EXPECT_EQ(image.pixel(48, 48), 0xffff0000);
   EXPECT_EQ(image.pixel(52, 52), 0xffff0000);
@@ -209,9 +221,11 @@ TEST(Overlay, LeavesItsColourInThePen) {
   QImage image = canvas();
   QPainter painter(&image);
   painter.setPen(Qt::blue);
-  paintOverlay(painter, item(0, 0.5, 0.5, 10, -1), kPicture, QRectF(kView));
+  Lettering lettering;
+  lettering.begin(painter);
+  paintOverlay(painter, lettering, item(0, 0.5, 0.5, 10, -1), kPicture, QRectF(kView));
   EXPECT_EQ(painter.pen().color(), QColor(Qt::blue));
-  paintOverlay(painter, item(0, 0.5, 0.5, 10, 0), kPicture, QRectF(kView));
+  paintOverlay(painter, lettering, item(0, 0.5, 0.5, 10, 0), kPicture, QRectF(kView));
   EXPECT_EQ(painter.pen().color(), QColor(Qt::red));
   EXPECT_EQ(painter.pen().width(), 0);
 }
@@ -224,10 +238,36 @@ TEST(Overlay, LooksAsIfEveryPassHadBeenPainted) {
   for (int i = 0; i < 600; ++i) {
     displayObject some = item(in(0, 3), in(-400, 600) / 100.0, in(-300, 500) / 100.0,
                               in(-900, 2500), in(-1, 60) * (i % 10 == 0 ? 40 : 1));
-    if (i % 3 == 0) some.description = "figure " + std::to_string(i);
+    if (i % 3 == 0) some.description = "figur\xe9 " + std::to_string(i);
     ASSERT_EQ(painted(some), paintedPassByPass(some))
         << "shape " << some.shape << " at " << some.x << "," << some.y << " diameter "
         << some.diameter << " thickness " << some.thickness;
+  }
+}
+
+TEST(Overlay, LooksAsIfEveryPassOfAThousandFiguresHadBeenPainted) {
+  std::mt19937 random(9);
+  const auto in = [&](int low, int high) {
+    return std::uniform_int_distribution<int>(low, high)(random);
+  };
+  std::vector<displayObject> items;
+  for (int i = 0; i < 1000; ++i) {
+    items.push_back(item(i % 4, in(-20, 120) / 100.0, in(-20, 120) / 100.0, in(0, 90), i % 6));
+    items.back().colour = random();
+    items.back().description = "figur\xe9 " + std::to_string(i);
+  }
+  QImage expected = canvas();
+  for (const displayObject& item : items) expected = paintedPassByPass(item, expected);
+  Lettering lettering;
+  for (int paint = 0; paint < 3; ++paint) {
+    QImage image = canvas();
+    QPainter painter(&image);
+    painter.translate(kOrigin);
+    lettering.begin(painter);
+    for (const displayObject& item : items)
+      paintOverlay(painter, lettering, item, kPicture, QRectF(kView).translated(-kOrigin));
+    painter.end();
+    EXPECT_EQ(image, expected) << paint;
   }
 }
 
