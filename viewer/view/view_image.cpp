@@ -5,7 +5,6 @@
 #include <QImage>
 #include <QPainter>
 #include <QPixmap>
-#include <utility>
 
 #include "viewer/view/frame_rate.h"
 #include "viewer/view/overlay_painter.h"
@@ -24,17 +23,6 @@ void paintOverlays(QPainter& painter, Lettering& lettering, const Model& model,
     for (const auto& [name, item] : manager.fObjects)
       paintOverlay(painter, lettering, item, pictureSize, view);
   }
-}
-
-// What scaling a pixmap of the whole frame would give. Nearest sampling takes pixels as they are,
-// so that only those which are shown need be looked through for alpha and premultiplied. It copies
-// all four bytes of pixels that have no alpha to blend.
-QPixmap sampled(const QImage& frame, const QSize& size) {
-  const QImage bytes(frame.constBits(), frame.width(), frame.height(), frame.bytesPerLine(),
-                     QImage::Format_RGB32);
-  QImage picture = bytes.scaled(size, Qt::IgnoreAspectRatio, Qt::FastTransformation);
-  picture.reinterpretAsFormat(frame.format());
-  return QPixmap::fromImage(std::move(picture));
 }
 
 }  // namespace
@@ -91,8 +79,8 @@ ViewImage::Frame ViewImage::takeFrame(const Model& model) {
   }
   const Placement placement = placementFor(width, height);
   if (width <= 0 || height <= 0 || fImage->isNull()) return {placement, QPixmap()};
-  return {placement,
-          placement.scaled ? sampled(*fImage, placement.pictureSize) : QPixmap::fromImage(*fImage)};
+  return {placement, placement.scaled ? fSampling.scaled(*fImage, placement.pictureSize)
+                                      : QPixmap::fromImage(*fImage)};
 }
 
 void ViewImage::wrapFrame(const Model& model, int width, int height) {

@@ -12,6 +12,7 @@
 
 #include "viewer/core/model.h"
 #include "viewer/view/lettering.h"
+#include "viewer/view/nearest_sampling.h"
 
 class QImage;
 class QPainter;
@@ -62,6 +63,7 @@ class ViewImage : public QFrame {
 
   boost::weak_ptr<const Model> fModel;
   std::unique_ptr<QImage> fImage;  // wraps the model's buffer without a copy
+  NearestSampling fSampling;
   std::int64_t fLastTimestamp = 0;
   std::int32_t fImageWidth = 0;  // for which fImage was built
   float fFrameRate = 0;
