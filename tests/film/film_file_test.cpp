@@ -8,6 +8,7 @@ extern "C" {
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <cstring>
 #include <filesystem>
 
 #include "../robot/test_folder.h"
@@ -76,6 +77,16 @@ TEST_F(FilmFileTest, IsFinishedByItsEnd) {
   const FilmRead film = readFilm(path);
   EXPECT_EQ(film.errors, "");
   EXPECT_EQ(film.times.size(), 3u);
+}
+
+TEST_F(FilmFileTest, CanBePlayedBeforeItsEndButForTheLastSecond) {
+  const std::string path = folder / "a.mkv";
+  FilmFile file(path, 25);
+  const film::VideoFrame frame = encoder.newFrame();
+  for (int plane = 0; plane < 3; ++plane)
+    std::memset(frame->data[plane], 128, static_cast<std::size_t>(frame->linesize[plane]) * kSide);
+  for (int i = 0; i < 100; ++i) file.write(encoder.encode(*frame), kSide, kSide, time += 40);
+  EXPECT_GE(readFilm(path).times.size(), 74u);
 }
 
 TEST_F(FilmFileTest, SaysThatTheDiskIsFull) {

@@ -54,6 +54,7 @@ TEST_F(FilmFailures, EndWhatCanBePlayedWhenTheDiskIsFull) {
             "There is no more room in the folder " + folder.path() + " for the film \"" + name() +
                 "\". Make room there or choose another folder, and film again.");
   expectFilm(recorder->path());
+  ASSERT_FALSE(log.lines().empty());
   EXPECT_EQ(log.lines().front(),
             "error film: can't write '" + fileOf(recorder->path()) + "': No space left on device");
   umount(fileOf(folder.path()).c_str());

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
+
+#include "support/wait.h"
 
 namespace {
 
@@ -61,14 +64,16 @@ TEST(FilmQueue, TellsWhenItFills) {
 
 TEST(FilmQueue, WakesWhoeverWaits) {
   FilmQueue queue(4 * kBytes);
-  std::vector<std::int64_t> taken;
+  std::atomic<std::int64_t> taken = 0;
   std::thread taker([&] {
-    while (const auto each = queue.take()) taken.push_back(each->microseconds);
+    while (const auto each = queue.take()) taken = each->microseconds;
   });
-  queue.add(picture(7));
+  for (const int each : {7, 8}) {
+    queue.add(picture(each));
+    EXPECT_TRUE(waitUntil([&] { return taken == each; }));
+  }
   queue.close();
   taker.join();
-  EXPECT_EQ(taken, std::vector<std::int64_t>{7});
 }
 
 TEST(FilmQueue, TakesNothingMoreOnceItIsClosed) {

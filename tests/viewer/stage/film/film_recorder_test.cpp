@@ -33,7 +33,8 @@ TEST_F(Filming, KeepsWhatIsShownAndWhen) {
   EXPECT_TRUE(recorder->isFilming());
   const QRegularExpression name("/kitchen \\d{4}-\\d\\d-\\d\\d \\d\\d-\\d\\d-\\d\\d\\.mkv$");
   EXPECT_TRUE(name.match(recorder->path()).hasMatch()) << recorder->path().toStdString();
-  for (int i = 0; i < 40; ++i) add(flat(QColor(6 * i, 6 * i, 6 * i)));
+  const auto timeOf = [](int i) { return 1700000000123456 + 20000LL * i + 1000LL * i * i; };
+  for (int i = 0; i < 40; ++i) recorder->add(flat(QColor(6 * i, 6 * i, 6 * i)), timeOf(i));
   recorder->end();
   EXPECT_FALSE(recorder->isFilming());
   EXPECT_EQ(errorOf(recorder->path()), "");
@@ -42,12 +43,12 @@ TEST_F(Filming, KeepsWhatIsShownAndWhen) {
   EXPECT_EQ(film.errors, "");
   EXPECT_EQ(QSize(film.width, film.height), kFilmSize);
   ASSERT_EQ(film.times.size(), 40u);
-  for (std::size_t i = 0; i < 40; ++i)
-    EXPECT_NEAR(film.times[i], 0.033333 * static_cast<double>(i), 0.0011);
+  for (int i = 0; i < 40; ++i)
+    EXPECT_NEAR(film.times[i], static_cast<double>(timeOf(i) - timeOf(0)) / 1e6, 0.0011) << i;
   const std::string pixels = pixelsOfFilm(fileOf(recorder->path()));
   for (std::size_t i = 0; i < 40; ++i)
     EXPECT_NEAR(static_cast<unsigned char>(pixels.at(i * pixels.size() / 40)), 6 * i, 3) << i;
-  EXPECT_EQ(recorder->duration(), 1299);
+  EXPECT_EQ(recorder->duration(), (timeOf(39) - timeOf(0)) / 1000);
   EXPECT_EQ(recorder->bytes(), QFile(recorder->path()).size());
   EXPECT_EQ(recorder->dropped(), 0);
 }
@@ -87,7 +88,7 @@ TEST_F(Filming, TellsHowFarItIs) {
 TEST_F(Filming, LeavesTheProcessorToOthers) {
   begin();
   add(flat(Qt::gray));
-  EXPECT_TRUE(waitUntil([] { return nicenessOf("film") == 10; }));
+  EXPECT_TRUE(waitUntil([] { return nicenessOf("film") >= 10; }));
 }
 
 TEST_F(Filming, NeverTakesANameThatIsTaken) {
@@ -123,6 +124,7 @@ TEST_F(Filming, FinishesOneFilmWhileAnotherBegins) {
   for (int i = 0; i < 5; ++i) add(flat(Qt::gray));
   EXPECT_EQ(errorOf(first), "");
   EXPECT_TRUE(recorder->isFilming());
+  EXPECT_LE(recorder->duration(), 133) << "not what the first one says last";
   recorder->end();
   EXPECT_EQ(errorOf(second), "");
   EXPECT_EQ(readFilm(fileOf(first)).times.size(), 60u);
