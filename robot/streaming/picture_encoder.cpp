@@ -6,7 +6,7 @@ extern "C" {
 #include <libavutil/opt.h>
 }
 
-#include <array>
+#include <new>
 
 #include "ky/error.h"
 #include "robot/streaming/planes.h"
@@ -21,15 +21,10 @@ AVPixelFormat pixelFormatOf(int colorSpace) {
   return colorSpace == kGrey ? AV_PIX_FMT_GRAY8 : AV_PIX_FMT_YUV422P;
 }
 
-std::string reasonOf(int error) {
-  std::array<char, AV_ERROR_MAX_STRING_SIZE> text{};
-  av_strerror(error, text.data(), text.size());
-  return text.data();
-}
-
 void require(int result, const EncoderSettings& settings, const char* what) {
   if (result < 0)
-    throw Ky::KyError("the encoder \"" + settings.name + "\" " + what + ": " + reasonOf(result));
+    throw Ky::KyError("the encoder \"" + settings.name + "\" " + what + ": " +
+                      film::reasonOf(result));
 }
 
 void requireBitRate(int bitsPerSecond) {
@@ -105,30 +100,16 @@ void open(AVCodecContext& context, const AVCodec& codec, const EncoderSettings& 
 
 }  // namespace
 
-void PictureEncoder::Free::operator()(AVCodecContext* context) const {
-  avcodec_free_context(&context);
-}
-
-void PictureEncoder::Free::operator()(AVFrame* frame) const {
-  av_frame_free(&frame);
-}
-
 PictureEncoder::PictureEncoder(const EncoderSettings& settings) : fSettings(settings) {
   requireUsable(settings);
   const AVCodec& codec = findEncoder(settings);
   fContext.reset(avcodec_alloc_context3(&codec));
-  fFrame.reset(av_frame_alloc());
-  if (!fContext || !fFrame) throw std::bad_alloc();
+  if (!fContext) throw std::bad_alloc();
   configure(*fContext, settings);
   open(*fContext, codec, settings);
-  fFrame->format = fContext->pix_fmt;
-  fFrame->width = fContext->width;
-  fFrame->height = fContext->height;
+  fFrame = film::newFrame(fContext->width, fContext->height, fContext->pix_fmt);
   fFrame->pts = 0;
-  require(av_frame_get_buffer(fFrame.get(), 0), settings, "got no memory for a picture");
 }
-
-PictureEncoder::~PictureEncoder() = default;
 
 void PictureEncoder::setBitRate(int bitsPerSecond) {
   requireBitRate(bitsPerSecond);
@@ -147,9 +128,7 @@ EncodedPicture PictureEncoder::encode(const Ky::KyBinary& pixels, bool wantsKey)
   require(avcodec_send_frame(fContext.get(), fFrame.get()), fSettings, "refuses a picture");
   ++fFrame->pts;
 
-  const std::shared_ptr<AVPacket> packet(av_packet_alloc(),
-                                         [](AVPacket* each) { av_packet_free(&each); });
-  if (!packet) throw std::bad_alloc();
+  const std::shared_ptr<AVPacket> packet = film::newPacket();
   require(avcodec_receive_packet(fContext.get(), packet.get()), fSettings,
           "has no packet for a picture at once");
   return {{packet, packet->data, static_cast<std::size_t>(packet->size)},

@@ -3,14 +3,11 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 
+#include "film/libav.h"
 #include "ky/binary.h"
 #include "robot/camera/image_format.h"
-
-struct AVCodecContext;
-struct AVFrame;
 
 namespace robot {
 
@@ -39,7 +36,6 @@ class PictureEncoder {
   static constexpr int kMaxBitRate = 100000000;
 
   explicit PictureEncoder(const EncoderSettings& settings);
-  ~PictureEncoder();
 
   // From the next picture on, and without a key frame.
   void setBitRate(int bitsPerSecond);
@@ -47,14 +43,9 @@ class PictureEncoder {
   EncodedPicture encode(const Ky::KyBinary& pixels, bool wantsKey);
 
  private:
-  struct Free {
-    void operator()(AVCodecContext* context) const;
-    void operator()(AVFrame* frame) const;
-  };
-
   EncoderSettings fSettings;
-  std::unique_ptr<AVCodecContext, Free> fContext;
-  std::unique_ptr<AVFrame, Free> fFrame;
+  film::CodecContext fContext;
+  film::VideoFrame fFrame;
 };
 
 }  // namespace robot

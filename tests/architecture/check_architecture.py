@@ -28,7 +28,7 @@ FLOORS = (
      "cli": ("film", "ky/include", "zu"),
      "robot/camera": ("ky/include", "zu")},
     {"robot/extractors": ("robot/camera", "ky/include", "zu"),
-     "robot/streaming": ("robot/camera", "ky/include", "zu"),
+     "robot/streaming": ("robot/camera", "film", "ky/include", "zu"),
      "robot/recording": ("robot/camera", "ky/include", "zu"),
      "robot/ftp": ("ky/include", "zu")},
     {"robot/services": ("robot/streaming", "robot/camera", "ky/include", "zu"),
