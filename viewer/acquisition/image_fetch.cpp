@@ -3,6 +3,7 @@
 #include <opencv2/core/core_c.h>
 #include <opencv2/imgproc/imgproc_c.h>
 
+#include <QCoreApplication>
 #include <array>
 #include <memory>
 #include <optional>
@@ -29,7 +30,10 @@ constexpr std::size_t kFewestElements = 7;
 constexpr std::size_t kElementsWithAngles = 12;
 
 // What the log calls a wrong number of elements, for people.
-constexpr const char* kNoImage = "the robot answers with something that is no image";
+std::string noImage() {
+  return QCoreApplication::translate("Module", "the robot answers with something that is no image")
+      .toStdString();
+}
 
 // Half-angles of the robot's camera in radians, for records that don't bring theirs.
 constexpr std::array<float, 4> kDefaultAngles = {0.41692221F, 0.32097778F, -0.41692221F,
@@ -151,7 +155,7 @@ void Module::getNext() {
   }
   if (elementCount(record) < kFewestElements) {
     zu::log::error("periscope", "getNext") << "Wrong number of elements";
-    fModel->setPictureProblem(problem.empty() ? kNoImage : problem);
+    fModel->setPictureProblem(problem.empty() ? noImage() : problem);
     return;
   }
   Picture picture;

@@ -27,8 +27,8 @@ VideoRecorderSettingsWidget::VideoRecorderSettingsWidget(boost::shared_ptr<Modul
       fNameLabel(new QLabel("Video name - saved on the robot.", this)),
       fStatusLabel(new QLabel("Press record!", this)) {
   fNameLabel->setBuddy(fNameEdit);
-  fNameEdit->setAccessibleName("Video name");
-  fStatusLabel->setAccessibleName("Recording status");
+  fNameEdit->setAccessibleName(tr("Video name"));
+  fStatusLabel->setAccessibleName(tr("Recording status"));
   // Names and paths come from the robot: they are text, however they look, and may be long.
   fStatusLabel->setTextFormat(Qt::PlainText);
   fStatusLabel->setWordWrap(true);

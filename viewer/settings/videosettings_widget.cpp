@@ -104,7 +104,7 @@ void VideoSettingsWidget::xAddDetection(QBoxLayout* layout, const char* text, co
   // It can be tried all the same: the robot may start the extractor later.
   const auto module = fModule.lock();
   if (module && !module->activateDetection(kind, -1))
-    box->setToolTip("The robot did not offer this when the panel was opened.");
+    box->setToolTip(tr("The robot did not offer this when the panel was opened."));
 }
 
 void VideoSettingsWidget::xAddExposureAndGain(QBoxLayout* layout) {

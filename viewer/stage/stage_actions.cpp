@@ -1,17 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "viewer/stage/stage_actions.h"
 
-#include <QCoreApplication>
 #include <QMenu>
 #include <QWidget>
-
-namespace {
-
-QString tr(const char* text) {
-  return QCoreApplication::translate("StageActions", text);
-}
-
-}  // namespace
 
 StageActions::StageActions(QWidget& stage) : fStage(stage) {
   begin(tr("Picture"));

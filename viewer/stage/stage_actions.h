@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QList>
 #include <QString>
 #include <vector>
@@ -13,6 +14,8 @@ class QWidget;
 // The actions belong to the widget, and their keys work in it and in its children. What they do is
 // connected by whoever makes them. GUI thread.
 class StageActions {
+  Q_DECLARE_TR_FUNCTIONS(StageActions)
+
  public:
   explicit StageActions(QWidget& stage);
 

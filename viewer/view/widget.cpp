@@ -50,7 +50,7 @@ bool videoDeviceKnows(const Module& module, const char* method) {
 // It may be in a call to the robot.
 void waitFor(QThread& thread) {
   using Clock = std::chrono::steady_clock;
-  Ky::KyWait wait([] { return "the camera thread"; });
+  Ky::KyWait wait([] { return Widget::tr("the camera thread").toStdString(); });
   const auto end = Clock::now() + std::chrono::seconds(5);
   while (!thread.wait(QDeadlineTimer(wait.until(end))) && Clock::now() < end) wait.work();
 }

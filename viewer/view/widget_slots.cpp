@@ -31,6 +31,10 @@ constexpr int kStateVersion = 1;
 const QString kStage = "stage";
 const QString kFiles = "files";
 
+// What Module::toggleVideoRecord() throws; translators find it by its whole text.
+[[maybe_unused]] constexpr const char* kInvalidName =
+    QT_TRANSLATE_NOOP("Widget", "Periscope.toggleVideoRecord: Invalid video name.");
+
 }  // namespace
 
 void Widget::setPlaying(bool playing) {

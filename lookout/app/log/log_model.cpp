@@ -124,9 +124,18 @@ QVariant LogModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant LogModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  static const char* const kTitles[] = {"Time", "Level", "Where", "Text"};
-  if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section >= ColumnCount) return {};
-  return tr(kTitles[section]);
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  switch (section) {
+    case Time:
+      return tr("Time");
+    case Severity:
+      return tr("Level");
+    case Origin:
+      return tr("Where");
+    case Text:
+      return tr("Text");
+  }
+  return {};
 }
 
 }  // namespace Lookout

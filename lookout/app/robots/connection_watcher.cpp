@@ -13,7 +13,7 @@ ConnectionWatcher::ConnectionWatcher(boost::shared_ptr<Ky::KyBroker> broker,
   fListener = fBroker->onConnection(
       [this](Ky::KyConnection connection, const std::string& why) { add(connection, why); });
   const Ky::KyConnection now = fBroker->connection();
-  if (now != expected) add(now, "the connection broke at once");
+  if (now != expected) add(now, tr("the connection broke at once").toStdString());
 }
 
 void ConnectionWatcher::add(Ky::KyConnection connection, const std::string& why) {

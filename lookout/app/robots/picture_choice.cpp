@@ -6,20 +6,21 @@
 namespace Lookout {
 namespace {
 
-QString tr(const char* text) {
-  return QCoreApplication::translate("Lookout::PictureChoice", text);
-}
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(Lookout::PictureChoice)
+};
 
 }  // namespace
 
 std::vector<PictureChoice> pictureChoices() {
   return {
-      {"automatic", tr("Automatic"),
-       tr("Exact pictures while the link carries them, compressed ones otherwise")},
-      {"exact", tr("Exact"),
-       tr("Every picture as the camera took it; over a slow link there are few")},
-      {"saving", tr("Saving"),
-       tr("Compressed pictures that take little of the link, even where it would carry more")},
+      {"automatic", Texts::tr("Automatic"),
+       Texts::tr("Exact pictures while the link carries them, compressed ones otherwise")},
+      {"exact", Texts::tr("Exact"),
+       Texts::tr("Every picture as the camera took it; over a slow link there are few")},
+      {"saving", Texts::tr("Saving"),
+       Texts::tr(
+           "Compressed pictures that take little of the link, even where it would carry more")},
   };
 }
 

@@ -94,8 +94,8 @@ void RobotSession::startProbe() {
     fProbe = Ky::KyBroker::create(std::move(options));
   } catch (const Ky::KyError& error) {
     // Nothing has been sent yet, so it is about the keys.
-    fail(QString::fromUtf8(error.what()) +
-         tr(". If the robot was started with --insecure, connect to it without encryption."));
+    fail(tr("%1. If the robot was started with --insecure, connect to it without encryption.")
+             .arg(QString::fromUtf8(error.what())));
     return;
   }
   prepare(*fProbe);

@@ -194,8 +194,10 @@ void MainWindow::showCatalog() {
   fRobots->setHint(error.isEmpty() ? tr("No robot is connected.") : error);
   const auto loaded = fCatalog->loaded().size();
   const auto failed = fCatalog->plugins().size() - loaded;
-  QString summary = tr("Plug-ins: %1 loaded").arg(loaded);
-  if (failed > 0) summary += tr(", %1 failed: see Help > Plug-ins").arg(failed);
+  const QString summary =
+      failed == 0
+          ? tr("Plug-ins: %1 loaded").arg(loaded)
+          : tr("Plug-ins: %1 loaded, %2 failed: see Help > Plug-ins").arg(loaded).arg(failed);
   statusBar()->addPermanentWidget(new QLabel(summary, this));
 }
 
