@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "command_line.h"
+#include "language/translations.h"
 #include "qt_messages.h"
 #include "scripted_run.h"
 #include "signal_watcher.h"
@@ -86,6 +87,7 @@ int run(int argc, char** argv) {
     }
     sendQtMessagesToLog();
     const QApplication application(argc, argv);
+    installTranslations();
     QGuiApplication::setDesktopFileName("lookout");
     QGuiApplication::setWindowIcon(windowIcon(QCoreApplication::applicationDirPath()));
     return runWindow(options);

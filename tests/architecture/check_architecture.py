@@ -25,6 +25,7 @@ FLOORS = (
      "ky/src/proxies": ("ky/src/video", "ky/include", "zu")},
     {"ky/src/broker": ("ky/src/transport", "ky/src/wire", "ky/include", "zu"),
      "lookout/sdk": ("ky/include", "zu"),
+     "lookout/app/language": (),
      "cli": ("film", "ky/include", "zu"),
      "robot/camera": ("ky/include", "zu")},
     {"robot/extractors": ("robot/camera", "ky/include", "zu"),
@@ -39,7 +40,7 @@ FLOORS = (
      "viewer/core": ("ky/include", "zu"),
      "viewer/dialogs": (),
      "lookout/app/log": ("zu",),
-     "lookout/app/plugins": ("lookout/sdk", "zu")},
+     "lookout/app/plugins": ("lookout/app/language", "lookout/sdk", "zu")},
     {"robot": ("robot/extractors", "robot/extractors/faces", "robot/extractors/landmarks",
                "robot/extractors/pictures", "robot/extractors/toys", "robot/services",
                "robot/recording", "robot/ftp", "robot/camera", "ky/include", "zu"),
@@ -58,7 +59,7 @@ FLOORS = (
                             "lookout/sdk", "ky/include", "zu")},
     {"viewer/plugin": ("viewer/view", "viewer/core", "lookout/sdk", "ky/include", "zu"),
      "lookout/app": ("lookout/app/window", "lookout/app/robots", "lookout/app/plugins",
-                     "lookout/app/log", "lookout/sdk", "ky/include", "zu"),
+                     "lookout/app/log", "lookout/app/language", "lookout/sdk", "ky/include", "zu"),
      "examples": ("lookout/sdk", "ky/include", "zu")},
 )
 FLOOR_OF = {room: floor for floor, rooms in enumerate(FLOORS) for room in rooms}

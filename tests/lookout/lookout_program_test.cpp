@@ -86,6 +86,21 @@ TEST(Lookout, RunsWithQtsOptions) {
   EXPECT_NE(pictureWith({"-stylesheet", writeStyle(folder)}), plain);
 }
 
+TEST(Lookout, SpeaksTheLanguageOfTheLocale) {
+  const QTemporaryDir folder;
+  const auto menuBarIn = [&](const std::string& locale) {
+    const QString file = folder.filePath("window.png");
+    Program lookout(
+        {"--plugins", FIXTURES "/good", "--screenshot", file.toStdString(), "--quit-after", "0"},
+        {{"LC_ALL", locale}, {"LANGUAGE", ""}});
+    EXPECT_EQ(lookout.waitForExit(), 0) << lookout.errors();
+    return QImage(file, "PNG").copy(0, 0, 300, 20);
+  };
+  const QImage english = menuBarIn("C");
+  EXPECT_EQ(menuBarIn("en_US.UTF-8"), english);
+  EXPECT_NE(menuBarIn("de_DE.UTF-8"), english);
+}
+
 TEST(Lookout, SavesAPictureOfTheWindowAndReports) {
   const TcpRobot robot;
   const QTemporaryDir folder;

@@ -67,7 +67,9 @@ class Installation(unittest.TestCase):
         for file in ("bin/lookout", "bin/kyrobot", "bin/ky", "lib/libky.so", "lib/libzu.so",
                      "lib/liblookout.so", "lib/lookout/plugins/libperiscope.so",
                      "include/ky/broker.h", "include/zu/log.h", "include/lookout/widget_interface.h",
-                     "share/lookout/icons/buttons/play.png", "share/applications/lookout.desktop",
+                     "share/lookout/icons/buttons/play.png",
+                     "share/lookout/translations/lookout_de.qm",
+                     "share/lookout/translations/periscope_de.qm", "share/applications/lookout.desktop",
                      "share/doc/periscope/copyright"):
             self.assertTrue((self.prefix / file).is_file(), file)
 

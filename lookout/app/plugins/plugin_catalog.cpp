@@ -8,6 +8,7 @@
 #include <QPluginLoader>
 #include <algorithm>
 
+#include "language/translations.h"
 #include "lookout/widget_interface.h"
 #include "zu/log.h"
 
@@ -50,6 +51,8 @@ Plugin load(const QFileInfo& file) {
     if (plugin.interface == nullptr)
       throw QCoreApplication::translate("PluginCatalog", "its object is not a WidgetInterface");
     plugin.root = root;
+    const QString beside = translationsFolder(QCoreApplication::applicationDirPath());
+    installTranslation(plugin.name, {file.absolutePath(), beside});
     zu::log::info("lookout", "plugins") << "loaded " << plugin.file.toStdString();
   } catch (const QString& why) {
     plugin.error = why;

@@ -21,8 +21,9 @@ struct Plugin {
   QString brokerName = {};  // of the broker that it asks for, as its metadata says; may be empty
 };
 
-// Loads every *.so of a folder, in the order of their names. Nothing that lies there stops the
-// host: what can't be used is listed with its reason, and logged. GUI thread.
+// Loads every *.so of a folder, in the order of their names, and each one's texts in the user's
+// language, NAME_LANGUAGE.qm, which lie beside it or beside the host's. Nothing that lies there
+// stops the host: what can't be used is listed with its reason, and logged. GUI thread.
 class PluginCatalog {
  public:
   // A folder that doesn't exist is an error(), not an exception.

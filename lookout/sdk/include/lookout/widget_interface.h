@@ -13,6 +13,10 @@ class QWidget;
 // The host loads the plug-in, casts its root object to WidgetInterface and calls getWidget() once a
 // robot; every call makes a new, independent widget. GUI thread only.
 //
+// The host speaks the user's language, and so can a plug-in: put its texts through tr() and
+// NAME_LANGUAGE.qm, my_plugin_de.qm say, beside the library or into the host's folder
+// share/lookout/translations. The host installs it before getWidget() is called for the first time.
+//
 // Lifetime: broker() and widget() are those of the latest getWidget() call. The host owns the
 // widget, and ends a robot in this order: delete the widget, then shut the broker down.
 class WidgetInterface {
