@@ -22,6 +22,14 @@ std::optional<int> nicenessOf(const QString& thread) {
   return std::nullopt;
 }
 
+// As the film itself says, in s; 0 for one that was not finished.
+double durationOf(const std::string& path) {
+  Process ffprobe("ffprobe",
+                  {"-v", "error", "-of", "csv=p=0", "-show_entries", "format=duration", path});
+  ffprobe.waitForExit();
+  return QString::fromStdString(ffprobe.output()).toDouble();
+}
+
 QByteArray bytesOf(const QString& path) {
   QFile file(path);
   file.open(QIODevice::ReadOnly);
@@ -185,12 +193,16 @@ TEST_F(Filming, HasEvenSizes) {
 
 TEST_F(Filming, EndsAFilmThatCanBePlayedWhenItGoes) {
   begin();
-  for (int i = 0; i < 10; ++i) add(flat(Qt::gray));
+  ASSERT_TRUE(waitUntil([&] {
+    add(flat(Qt::gray));
+    return recorder->duration() > 100;
+  }));
   const std::string path = fileOf(recorder->path());
   recorder.reset();
   const FilmRead film = readFilm(path);
   EXPECT_EQ(film.errors, "");
-  EXPECT_EQ(film.times.size(), 10u);
+  EXPECT_GT(film.times.size(), 3u);
+  EXPECT_GT(durationOf(path), 0.1) << "it was finished";
   EXPECT_TRUE(ends.empty());
 }
 
