@@ -39,15 +39,17 @@ TEST(NearestSampling, PaintsWhatAPixmapOfTheWholeFramePaints) {
 
 TEST(NearestSampling, FollowsAChangeOfEitherSize) {
   NearestSampling sampling;
-  for (const QSize& from : {QSize(64, 48), QSize(80, 60)}) {
+  const auto expectItFrom = [&](const QSize& from, const QSize& to) {
     QImage frame(from, QImage::Format_ARGB32);
     for (int x = 0; x < from.width(); ++x)
       for (int y = 0; y < from.height(); ++y) frame.setPixel(x, y, qRgb(x, y, 0));
-    for (const QSize& to : {QSize(32, 24), QSize(50, 10)})
-      EXPECT_EQ(onPaper(sampling.scaled(frame, to)),
-                onPaper(QPixmap::fromImage(frame).scaled(to, Qt::IgnoreAspectRatio,
-                                                         Qt::FastTransformation)));
-  }
+    const QPixmap expected =
+        QPixmap::fromImage(frame).scaled(to, Qt::IgnoreAspectRatio, Qt::FastTransformation);
+    EXPECT_EQ(onPaper(sampling.scaled(frame, to)), onPaper(expected));
+  };
+  expectItFrom({64, 48}, {32, 24});
+  expectItFrom({64, 48}, {50, 10});
+  expectItFrom({80, 60}, {50, 10});
 }
 
 }  // namespace
