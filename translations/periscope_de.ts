@@ -64,6 +64,162 @@
     </message>
 </context>
 <context>
+    <name>Downloads</name>
+    <message>
+        <source>It can&apos;t be saved in %1: %2.</source>
+        <translation>Speichern in %1 nicht möglich: %2.</translation>
+    </message>
+    <message>
+        <source>It can&apos;t be saved: %1.</source>
+        <translation>Speichern nicht möglich: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>FilesList</name>
+    <message>
+        <source>Photos and films on the robot</source>
+        <translation>Fotos und Filme auf dem Roboter</translation>
+    </message>
+</context>
+<context>
+    <name>FilesMessage</name>
+    <message>
+        <source>Message</source>
+        <translation>Meldung</translation>
+    </message>
+</context>
+<context>
+    <name>FilesModel</name>
+    <message>
+        <source>Waiting</source>
+        <translation>Wartet</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>Not downloaded: %1</source>
+        <translation>Nicht heruntergeladen: %1</translation>
+    </message>
+    <message>
+        <source>%1, downloaded</source>
+        <translation>%1, heruntergeladen</translation>
+    </message>
+</context>
+<context>
+    <name>FilesPanel</name>
+    <message>
+        <source>Files of %1</source>
+        <translation>Dateien von %1</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Aktualisieren</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Herunterladen</translation>
+    </message>
+    <message>
+        <source>Download To...</source>
+        <translation>Herunterladen nach ...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Copy Path</source>
+        <translation>Pfad kopieren</translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>Dateien</translation>
+    </message>
+    <message>
+        <source>Looking...</source>
+        <translation>Es wird nachgesehen ...</translation>
+    </message>
+    <message>
+        <source>The robot&apos;s files can&apos;t be reached: %1
+Is the robot on, and does its FTP server run?</source>
+        <translation>Die Dateien des Roboters sind nicht zu erreichen: %1
+Ist der Roboter eingeschaltet, und läuft sein FTP-Server?</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Noch einmal versuchen</translation>
+    </message>
+    <message>
+        <source>The robot shows its files after a login.</source>
+        <translation>Der Roboter zeigt seine Dateien nach einer Anmeldung.</translation>
+    </message>
+    <message>
+        <source>Log In...</source>
+        <translation>Anmelden ...</translation>
+    </message>
+    <message>
+        <source>The robot refused the user name or the password.</source>
+        <translation>Der Roboter hat den Benutzernamen oder das Passwort abgelehnt.</translation>
+    </message>
+    <message>
+        <source>The robot&apos;s files can&apos;t be listed: %1</source>
+        <translation>Die Dateien des Roboters lassen sich nicht auflisten: %1</translation>
+    </message>
+    <message>
+        <source>There are no photos and films on the robot yet.</source>
+        <translation>Auf dem Roboter sind noch keine Fotos und Filme.</translation>
+    </message>
+    <message>
+        <source>Download To</source>
+        <translation>Herunterladen nach</translation>
+    </message>
+    <message>
+        <source>This computer has no program to open %1 with.</source>
+        <translation>Dieser Computer hat kein Programm, um %1 zu öffnen.</translation>
+    </message>
+</context>
+<context>
+    <name>FilmRecorder</name>
+    <message>
+        <source>There is no more room in the folder %1 for the film &quot;%2&quot;. Make room there or choose another folder, and film again.</source>
+        <translation>Im Ordner %1 ist kein Platz mehr für den Film „%2“. Dort Platz schaffen oder einen anderen Ordner wählen und neu filmen.</translation>
+    </message>
+    <message>
+        <source>The film &quot;%2&quot; can&apos;t grow any larger in the folder %1. Film again for the rest, or choose another folder.</source>
+        <translation>Der Film „%2“ kann im Ordner %1 nicht größer werden. Für den Rest neu filmen oder einen anderen Ordner wählen.</translation>
+    </message>
+    <message>
+        <source>The folder %1 can&apos;t be written to. Choose another folder, and film again.</source>
+        <translation>In den Ordner %1 kann nicht geschrieben werden. Einen anderen Ordner wählen und neu filmen.</translation>
+    </message>
+    <message>
+        <source>The folder %1 isn&apos;t there. Choose another folder, and film again.</source>
+        <translation>Der Ordner %1 ist nicht da. Einen anderen Ordner wählen und neu filmen.</translation>
+    </message>
+    <message>
+        <source>The film &quot;%2&quot; is no longer in the folder %1: it was moved or deleted. Film again, and leave it there until its end.</source>
+        <translation>Der Film „%2“ ist nicht mehr im Ordner %1: Er wurde verschoben oder gelöscht. Neu filmen und ihn bis zu seinem Ende dort lassen.</translation>
+    </message>
+    <message>
+        <source>The film &quot;%2&quot; can&apos;t be written to the folder %1: %3. Choose another folder, and film again.</source>
+        <translation>Der Film „%2“ kann nicht in den Ordner %1 geschrieben werden: %3. Einen anderen Ordner wählen und neu filmen.</translation>
+    </message>
+    <message>
+        <source>There is no film &quot;%1&quot;: no picture was shown while it was filmed. Play the camera, and film again.</source>
+        <translation>Es gibt keinen Film „%1“: Während der Aufnahme war kein Bild zu sehen. Die Kamera abspielen und neu filmen.</translation>
+    </message>
+    <message>
+        <source>The film &quot;%1&quot; can&apos;t go on: %2. Film again, smaller perhaps.</source>
+        <translation>Der Film „%1“ kann nicht weitergehen: %2. Neu filmen, vielleicht kleiner.</translation>
+    </message>
+</context>
+<context>
     <name>FtpConnection</name>
     <message>
         <source>&apos;%1&apos; is no name of a computer.</source>
@@ -125,6 +281,21 @@
         <source>The server answered: %1</source>
         <translation>Der Server antwortete: %1</translation>
     </message>
+    <message>
+        <source>A folder whose name contains line breaks can&apos;t be listed.</source>
+        <translation>Ein Ordner, dessen Name Zeilenumbrüche enthält, kann nicht aufgelistet werden.</translation>
+    </message>
+    <message>
+        <source>The server&apos;s list of files has no end.</source>
+        <translation>Die Dateiliste des Servers hat kein Ende.</translation>
+    </message>
+</context>
+<context>
+    <name>FtpErrand</name>
+    <message>
+        <source>Nobody is logged in.</source>
+        <translation>Niemand ist angemeldet.</translation>
+    </message>
 </context>
 <context>
     <name>FtpGreeting</name>
@@ -142,10 +313,32 @@
     </message>
 </context>
 <context>
+    <name>FtpListing</name>
+    <message>
+        <source>The server&apos;s list of files can&apos;t be understood: &quot;%1&quot;.</source>
+        <translation>Die Dateiliste des Servers ist nicht zu verstehen: „%1“.</translation>
+    </message>
+    <message>
+        <source>The server lists a file that can&apos;t be: &quot;%1&quot;.</source>
+        <translation>Der Server führt eine Datei auf, die es nicht geben kann: „%1“.</translation>
+    </message>
+    <message>
+        <source>There are too many files in the folder to list them.</source>
+        <translation>Im Ordner sind zu viele Dateien, um sie aufzulisten.</translation>
+    </message>
+</context>
+<context>
     <name>Module</name>
     <message>
         <source>the robot answers with something that is no image</source>
         <translation>der Roboter antwortet mit etwas, das kein Bild ist</translation>
+    </message>
+</context>
+<context>
+    <name>PictureFile</name>
+    <message>
+        <source>%1 can&apos;t be written: %2. Choose another folder, or make room there.</source>
+        <translation>%1 kann nicht geschrieben werden: %2. Einen anderen Ordner wählen oder dort Platz schaffen.</translation>
     </message>
 </context>
 <context>
@@ -227,6 +420,52 @@
     </message>
 </context>
 <context>
+    <name>SourcesModel</name>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>hidden</source>
+        <translation>ausgeblendet</translation>
+    </message>
+    <message>
+        <source>nothing now</source>
+        <translation>zurzeit nichts</translation>
+    </message>
+    <message>
+        <source>newest</source>
+        <translation>neueste</translation>
+    </message>
+    <message>
+        <source>on its frame</source>
+        <translation>auf seinem Bild</translation>
+    </message>
+    <message>
+        <source>on its frame, %1 ms behind</source>
+        <translation>auf seinem Bild, %1 ms zurück</translation>
+    </message>
+</context>
+<context>
+    <name>SourcesPanel</name>
+    <message>
+        <source>Nothing is drawn over the picture. Detections are switched on in the settings below the small picture.</source>
+        <translation>Über das Bild wird nichts gezeichnet. Erkennungen werden in den Einstellungen unter dem kleinen Bild eingeschaltet.</translation>
+    </message>
+    <message>
+        <source>Detections on their &amp;frame</source>
+        <translation>Erkanntes auf seinem &amp;Bild</translation>
+    </message>
+    <message>
+        <source>What is drawn over the picture</source>
+        <translation>Was über das Bild gezeichnet wird</translation>
+    </message>
+    <message>
+        <source>The picture waits until its detections are there, half a second at most, so that they stand on what they were found on</source>
+        <translation>Das Bild wartet, bis da ist, was darauf erkannt wurde, höchstens eine halbe Sekunde, damit es auf dem steht, worauf es gefunden wurde</translation>
+    </message>
+</context>
+<context>
     <name>Stage</name>
     <message>
         <source>Stage</source>
@@ -255,6 +494,14 @@
     <message>
         <source>Paused</source>
         <translation>Pausiert</translation>
+    </message>
+    <message>
+        <source>Stop film</source>
+        <translation>Film beenden</translation>
+    </message>
+    <message>
+        <source>Film</source>
+        <translation>Filmen</translation>
     </message>
 </context>
 <context>
@@ -496,6 +743,49 @@
     </message>
 </context>
 <context>
+    <name>StageKeeper</name>
+    <message>
+        <source>There is no picture to save yet.</source>
+        <translation>Es gibt noch kein Bild zu speichern.</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Gespeichert: %1</translation>
+    </message>
+    <message>
+        <source>There is no picture to copy yet.</source>
+        <translation>Es gibt noch kein Bild zu kopieren.</translation>
+    </message>
+    <message>
+        <source>Copied what is seen.</source>
+        <translation>Kopiert, was zu sehen ist.</translation>
+    </message>
+    <message>
+        <source>Where pictures and films are saved</source>
+        <translation>Wo Bilder und Filme gespeichert werden</translation>
+    </message>
+    <message>
+        <source>Pictures and films are saved in %1</source>
+        <translation>Bilder und Filme werden in %1 gespeichert</translation>
+    </message>
+    <message>
+        <source>Film saved: %1</source>
+        <translation>Film gespeichert: %1</translation>
+    </message>
+    <message>
+        <source>Filming %1:%2, %3</source>
+        <translation>Film läuft: %1:%2, %3</translation>
+    </message>
+    <message>
+        <source>%1, %2 pictures missing</source>
+        <translation>%1, %2 Bilder fehlen</translation>
+    </message>
+    <message>
+        <source>%1, %2 picture missing</source>
+        <translation>%1, %2 Bild fehlt</translation>
+    </message>
+</context>
+<context>
     <name>StageLine</name>
     <message>
         <source>Frozen</source>
@@ -547,6 +837,41 @@
     </message>
 </context>
 <context>
+    <name>StageOverlays</name>
+    <message>
+        <source>Balls</source>
+        <translation>Bälle</translation>
+    </message>
+    <message>
+        <source>Ducks</source>
+        <translation>Enten</translation>
+    </message>
+    <message>
+        <source>Faces</source>
+        <translation>Gesichter</translation>
+    </message>
+    <message>
+        <source>Landmarks</source>
+        <translation>Landmarken</translation>
+    </message>
+    <message>
+        <source>Logos</source>
+        <translation>Logos</translation>
+    </message>
+    <message>
+        <source>Pictures</source>
+        <translation>Bilder</translation>
+    </message>
+    <message>
+        <source>%1 s ago</source>
+        <translation>vor %1 s</translation>
+    </message>
+    <message>
+        <source>%1 min ago</source>
+        <translation>vor %1 min</translation>
+    </message>
+</context>
+<context>
     <name>VideoRecorderSettingsWidget</name>
     <message>
         <source>Video name</source>
@@ -562,6 +887,38 @@
     <message>
         <source>The robot did not offer this when the panel was opened.</source>
         <translation>Als dieses Feld geöffnet wurde, hat der Roboter dies nicht angeboten.</translation>
+    </message>
+    <message>
+        <source>the robot is gone</source>
+        <translation>der Roboter ist fort</translation>
+    </message>
+    <message>
+        <source>there is no setting &apos;%1&apos;; there are: size, fps, detect and camera</source>
+        <translation>es gibt keine Einstellung „%1“; es gibt: size, fps, detect und camera</translation>
+    </message>
+    <message>
+        <source>this camera has no size &apos;%1&apos;; it has: %2</source>
+        <translation>diese Kamera hat keine Größe „%1“; sie hat: %2</translation>
+    </message>
+    <message>
+        <source>this panel has no frame rate to set</source>
+        <translation>dieses Feld hat keine Bildrate einzustellen</translation>
+    </message>
+    <message>
+        <source>the frame rate &apos;%1&apos; is no whole number from 1 to %2, which is the most at this size</source>
+        <translation>die Bildrate „%1“ ist keine ganze Zahl von 1 bis %2, dem Höchsten bei dieser Größe</translation>
+    </message>
+    <message>
+        <source>there is no detection &apos;%1&apos;; there are: %2</source>
+        <translation>es gibt keine Erkennung „%1“; es gibt: %2</translation>
+    </message>
+    <message>
+        <source>there is no camera &apos;%1&apos;; there are: 0 and 1</source>
+        <translation>es gibt keine Kamera „%1“; es gibt: 0 und 1</translation>
+    </message>
+    <message>
+        <source>which camera is active is not known</source>
+        <translation>es ist nicht bekannt, welche Kamera aktiv ist</translation>
     </message>
 </context>
 <context>

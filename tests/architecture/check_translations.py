@@ -13,8 +13,15 @@ import sys
 import tempfile
 import xml.etree.ElementTree as ElementTree
 
+from source_files import SOURCES, files_of, text_of
+
 PLACE = re.compile(r"%(?:L?\d{1,2}|n)")
 ACCELERATOR = re.compile(r"&(?=\w)")
+
+
+# A function around translate() hides the texts that it is called with.
+HIDING = re.compile(r'\btranslate\(\s*"[^"]*",\s*[^"\s]')
+ROOMS = ("lookout/", "viewer/")
 
 
 def messages(text):
@@ -54,6 +61,13 @@ def check(before, after):
         yield f"{context}: no longer in the sources: {source!r}"
 
 
+def check_source(text):
+    """Yields what is wrong in a source."""
+    for match in HIDING.finditer(text):
+        line = text.count("\n", 0, match.start()) + 1
+        yield f"{line}: give translate() the text itself, or use Q_DECLARE_TR_FUNCTIONS"
+
+
 def main(lupdate, root):
     """Prints what is wrong in a project; its exit code."""
     files = sorted(pathlib.Path(root, "translations").glob("*.ts"))
@@ -66,6 +80,9 @@ def main(lupdate, root):
         problems = update.stderr.splitlines()
         if update.returncode != 0:
             problems.append(f"translations/update ends with {update.returncode}")
+        for path in (path for path in files_of(root) if path.startswith(ROOMS)):
+            if pathlib.PurePath(path).suffix in SOURCES:
+                problems += [f"{path}:{problem}" for problem in check_source(text_of(root, path))]
         for file in files:
             after = pathlib.Path(folder, file.name).read_text(encoding="utf-8")
             problems += [f"{file.name}: {problem}"

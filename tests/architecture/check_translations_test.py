@@ -49,6 +49,13 @@ class CheckTranslations(unittest.TestCase):
     def test_a_lost_ellipsis_is_found(self):
         self.assertIn("'...' at the end", self.found(texts(("Open...", "Öffnen")))[0])
 
+    def test_a_function_that_hides_texts_is_found(self):
+        check = check_translations.check_source
+        self.assertEqual(list(check('return QCoreApplication::translate(\n"A", "Text").arg(x);')), [])
+        found = list(check('x\nreturn QCoreApplication::translate("A", text);'))
+        self.assertEqual(len(found), 1)
+        self.assertTrue(found[0].startswith("2: give translate() the text itself"))
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -12,9 +12,9 @@ constexpr std::size_t kMostEntries = 20000;
 constexpr qsizetype kLongestName = 1024;
 constexpr qsizetype kShown = 60;  // characters of what is wrong
 
-QString tr(const char* text) {
-  return QCoreApplication::translate("FtpListing", text);
-}
+struct Words {
+  Q_DECLARE_TR_FUNCTIONS(FtpListing)
+};
 
 bool isControl(QChar c) {
   return c.category() == QChar::Other_Control;
@@ -67,12 +67,13 @@ std::optional<Facts> factsOf(const QByteArray& text) {
 QString addLine(const QByteArray& line, std::vector<FtpEntry>& entries) {
   const qsizetype blank = line.indexOf(' ');
   auto facts = blank < 0 ? std::nullopt : factsOf(line.left(blank));
-  if (!facts) return tr("The server's list of files can't be understood: \"%1\".").arg(shown(line));
+  if (!facts)
+    return Words::tr("The server's list of files can't be understood: \"%1\".").arg(shown(line));
   if (facts->type != "file" && facts->type != "dir") return {};  // the folder itself, a link, ..
   const QByteArray name = line.mid(blank + 1);
   facts->entry.name = QString::fromUtf8(name);
   if (!isPossible(facts->entry.name))
-    return tr("The server lists a file that can't be: \"%1\".").arg(shown(name));
+    return Words::tr("The server lists a file that can't be: \"%1\".").arg(shown(name));
   entries.push_back(std::move(facts->entry));
   return {};
 }
@@ -89,7 +90,7 @@ FtpListing parseFtpListing(const QByteArray& text) {
     if (line.endsWith('\r')) line.chop(1);
     if (!line.isEmpty()) listing.error = addLine(line, listing.entries);
     if (listing.entries.size() > kMostEntries)
-      listing.error = tr("There are too many files in the folder to list them.");
+      listing.error = Words::tr("There are too many files in the folder to list them.");
   }
   if (!listing.error.isEmpty()) listing.entries.clear();
   return listing;

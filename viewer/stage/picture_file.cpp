@@ -11,12 +11,13 @@
 
 namespace {
 
-QString tr(const char* text) {
-  return QCoreApplication::translate("PictureFile", text);
-}
+struct Words {
+  Q_DECLARE_TR_FUNCTIONS(PictureFile)
+};
 
 QString problemOf(const QString& path, const QString& why) {
-  return tr("%1 can't be written: %2. Choose another folder, or make room there.").arg(path, why);
+  return Words::tr("%1 can't be written: %2. Choose another folder, or make room there.")
+      .arg(path, why);
 }
 
 // Empty when it is written.

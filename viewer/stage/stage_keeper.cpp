@@ -96,5 +96,7 @@ QString StageKeeper::filmText() const {
           .arg(seconds % 60, 2, 10, QChar('0'))
           .arg(QLocale().formattedDataSize(fFilm.bytes(), 1, QLocale::DataSizeSIFormat));
   if (fFilm.dropped() == 0) return text;
-  return tr("%1, %2 pictures missing").arg(text).arg(fFilm.dropped());
+  return (fFilm.dropped() == 1 ? tr("%1, %2 picture missing") : tr("%1, %2 pictures missing"))
+      .arg(text)
+      .arg(fFilm.dropped());
 }

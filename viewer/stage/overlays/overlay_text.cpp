@@ -30,9 +30,9 @@ constexpr std::array<Name, 7> kNames{{
     {"PictureDetected", QT_TRANSLATE_NOOP("StageOverlays", "Pictures")},
 }};
 
-QString said(const char* text) {
-  return QCoreApplication::translate("StageOverlays", text);
-}
+struct Words {
+  Q_DECLARE_TR_FUNCTIONS(StageOverlays)
+};
 
 // A long text may have been cut within a character.
 QByteArray withoutTornEnd(const std::string& bytes) {
@@ -67,12 +67,12 @@ QString textOf(const std::string& bytes) {
 QString sourceName(const std::string& key) {
   const auto* found =
       std::find_if(kNames.begin(), kNames.end(), [&](const Name& name) { return name.key == key; });
-  return found != kNames.end() ? said(found->name) : textOf(key);
+  return found != kNames.end() ? Words::tr(found->name) : textOf(key);
 }
 
 QString ageText(std::int64_t age) {
   const double seconds = static_cast<double>(age) / kSecond;
-  if (age < 10 * kSecond) return said("%1 s ago").arg(QLocale().toString(seconds, 'f', 1));
-  if (age < 2 * kMinute) return said("%1 s ago").arg(age / kSecond);
-  return said("%1 min ago").arg(age / kMinute);
+  if (age < 10 * kSecond) return Words::tr("%1 s ago").arg(QLocale().toString(seconds, 'f', 1));
+  if (age < 2 * kMinute) return Words::tr("%1 s ago").arg(age / kSecond);
+  return Words::tr("%1 min ago").arg(age / kMinute);
 }
