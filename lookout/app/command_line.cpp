@@ -25,6 +25,8 @@ Examples:
       Shows two robots side by side and starts their pictures.
   lookout --robot tam --plugin periscope --plugin my_plugin
       Shows one robot in two ways.
+  lookout --robot tam --stage --size 640x480 --fps 30 --detect face --play
+      Shows the robot's picture large, with the faces that it finds.
   QT_QPA_PLATFORM=offscreen lookout --robot 127.0.0.1 --play --report \
       --screenshot window.png --quit-after 10
       Runs for ten seconds without a display, saves a picture of the window and says how
@@ -46,6 +48,18 @@ const QCommandLineOption kPictures("pictures",
                                    "How the pictures of the robots given come: automatic, exact or "
                                    "saving.",
                                    "WORD");
+const QCommandLineOption kStage("stage",
+                                "Opens the stage of the robots given: their picture, large.");
+const QCommandLineOption kSize("size",
+                               "Has the pictures of the robots given come in this size: 160x120, "
+                               "320x240, 640x480 or 1280x960.",
+                               "WxH");
+const QCommandLineOption kFps("fps", "Has at most so many of them come a second, from 1 to 30.",
+                              "N");
+const QCommandLineOption kDetect("detect",
+                                 "Switches a detection of the robots given on: ball, duck, face, "
+                                 "logo, mark or picture. May be repeated.",
+                                 "KIND");
 const QCommandLineOption kPlay("play", "Starts the pictures of the robots given.");
 const QCommandLineOption kScreenshot("screenshot", "Saves the window as PNG before quitting.",
                                      "FILE");
@@ -81,6 +95,49 @@ QString pictures(const QCommandLineParser& parser) {
   return word;
 }
 
+constexpr int kMostFps = 30;
+
+// Of an option that is for robots.
+void needRobots(const QCommandLineParser& parser, const QCommandLineOption& option,
+                const CommandLine& line, const QString& advice) {
+  if (parser.isSet(option) && line.robots.empty())
+    refuse(QString("--%1: name the robot %2 with --robot").arg(option.names().first(), advice));
+}
+
+// One of the words; empty when the option isn't given.
+QStringList words(const QCommandLineParser& parser, const QCommandLineOption& option,
+                  const QStringList& known) {
+  const QStringList given = parser.values(option);
+  for (const QString& word : given)
+    if (!known.contains(word))
+      refuse(QString("--%1: '%2' is none of %3 and %4")
+                 .arg(option.names().first(), word, known.mid(0, known.size() - 1).join(", "),
+                      known.last()));
+  return given;
+}
+
+QString framesPerSecond(const QCommandLineParser& parser) {
+  const QString text = parser.value(kFps);
+  bool isNumber = false;
+  const int number = text.toInt(&isNumber);
+  if (parser.isSet(kFps) && (!isNumber || number < 1 || number > kMostFps))
+    refuse(QString("--fps: '%1' is no whole number from 1 to %2").arg(text).arg(kMostFps));
+  return parser.isSet(kFps) ? QString::number(number) : QString();
+}
+
+// The rate after the size, which may bound it.
+std::vector<std::pair<QString, QString>> choices(const QCommandLineParser& parser) {
+  std::vector<std::pair<QString, QString>> result;
+  const QStringList sizes = words(parser, kSize, {"160x120", "320x240", "640x480", "1280x960"});
+  if (!sizes.isEmpty()) result.emplace_back("size", sizes.last());
+  if (const QString rate = framesPerSecond(parser); !rate.isEmpty())
+    result.emplace_back("fps", rate);
+  QStringList kinds = words(parser, kDetect, {"ball", "duck", "face", "logo", "mark", "picture"});
+  kinds.removeDuplicates();
+  for (const QString& kind : kinds) result.emplace_back("detect", kind);
+  return result;
+}
+
 double seconds(const QString& text) {
   bool isNumber = false;
   const double value = text.toDouble(&isNumber);
@@ -111,8 +168,8 @@ QString screenshotFile(const QCommandLineParser& parser) {
 CommandLine parseCommandLine(const QStringList& arguments) {
   QCommandLineParser parser;
   parser.setApplicationDescription("Lookout shows what robots see.");
-  parser.addOptions({kHelp, kVersion, kRobot, kInsecureRobot, kPlugin, kPictures, kPlay,
-                     kScreenshot, kQuitAfter, kPlugins, kResources, kReport});
+  parser.addOptions({kHelp, kVersion, kRobot, kInsecureRobot, kPlugin, kPictures, kStage, kSize,
+                     kFps, kDetect, kPlay, kScreenshot, kQuitAfter, kPlugins, kResources, kReport});
   CommandLine result;
   const QtOptions qt = takeQtOptions(arguments);
   if (!qt.incomplete.isEmpty()) refuse(QString("Missing value after '%1'.").arg(qt.incomplete));
@@ -135,11 +192,15 @@ CommandLine parseCommandLine(const QStringList& arguments) {
                        result.insecureRobots.end());
   result.robotPlugins = parser.values(kPlugin);
   result.robotPlugins.removeDuplicates();
-  if (parser.isSet(kPlugin) && result.robots.empty())
-    refuse("--plugin: name the robot to open it for with --robot");
+  needRobots(parser, kPlugin, result, "to open it for");
   result.pictures = pictures(parser);
-  if (parser.isSet(kPictures) && result.robots.empty())
-    refuse("--pictures: name the robot whose pictures they are with --robot");
+  needRobots(parser, kPictures, result, "whose pictures they are");
+  result.stage = parser.isSet(kStage);
+  needRobots(parser, kStage, result, "whose picture it shows");
+  result.choices = choices(parser);
+  needRobots(parser, kSize, result, "whose pictures they are");
+  needRobots(parser, kFps, result, "whose pictures they are");
+  needRobots(parser, kDetect, result, "that is to look for it");
   result.play = parser.isSet(kPlay);
   result.report = parser.isSet(kReport);
   result.screenshot = screenshotFile(parser);

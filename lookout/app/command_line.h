@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "ky/address.h"
@@ -16,6 +17,9 @@ struct CommandLine {
   std::vector<Ky::KyAddress> insecureRobots;  // those of them that are reached without encryption
   QStringList robotPlugins;                   // what to open for each of them; empty: what is usual
   QString pictures;                           // how theirs come; empty: as before
+  // What their widgets are told to choose, in this order; see LookoutWidget::choose().
+  std::vector<std::pair<QString, QString>> choices;
+  bool stage = false;  // a view of this kind is opened for each of them
   bool play = false;
   bool report = false;
   QString screenshot;               // empty: none

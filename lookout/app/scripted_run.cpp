@@ -10,6 +10,7 @@
 #include "lookout/robot_broker.h"
 #include "robots/robot_dock.h"
 #include "robots/robot_report.h"
+#include "robots/robot_views.h"
 #include "window/main_window.h"
 #include "window/robot_area.h"
 #include "zu/log.h"
@@ -27,12 +28,18 @@ void ScriptedRun::start() {
     if (fWindow.connectTo(robot, fOptions.robotPlugins) == nullptr) fExitCode = 1;
     const QString name = QString::fromStdString(robot.toString());
     if (!fOptions.pictures.isEmpty()) fWindow.choosePictures(name, fOptions.pictures);
-    if (!fOptions.play) continue;
-    for (RobotDock* dock : fWindow.robots().docksOf(name)) dock->session().setPlaying(true);
+    for (const RobotDock* dock : fWindow.robots().docksOf(name)) prepare(*dock);
   }
   if (fOptions.quitAfter)
     QTimer::singleShot(std::chrono::milliseconds(static_cast<int>(*fOptions.quitAfter * 1000)),
                        &fWindow, &QWidget::close);
+}
+
+void ScriptedRun::prepare(const RobotDock& dock) {
+  for (const auto& [setting, value] : fOptions.choices)
+    dock.session().chooseAtFirst(setting, value);
+  if (fOptions.stage) dock.views().open("stage");
+  if (fOptions.play) dock.session().setPlaying(true);
 }
 
 void ScriptedRun::finish() {
@@ -53,7 +60,7 @@ void ScriptedRun::report() {
     if (!dock->session().robot()) continue;
     const bool isOneOfSeveral = fWindow.robots().docksOf(dock->robotName()).size() > 1;
     std::puts(robotReport(*dock, isOneOfSeveral).toUtf8().constData());
-    painted[dock->robotName()] += dock->session().framesPainted();
+    painted[dock->robotName()] += dock->framesPainted();
   }
   std::fflush(stdout);
   const bool oneHasNothing = std::any_of(painted.begin(), painted.end(),

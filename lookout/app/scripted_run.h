@@ -9,9 +9,10 @@
 namespace Lookout {
 
 class MainWindow;
+class RobotDock;
 
-// Connects to the robots, plays, and at the end saves the picture and prints the report. GUI
-// thread.
+// Connects to the robots, chooses what they show, plays, and at the end saves the picture and
+// prints the report. GUI thread.
 class ScriptedRun : public QObject {
   Q_OBJECT
 
@@ -25,6 +26,7 @@ class ScriptedRun : public QObject {
   int exitCode() const { return fExitCode; }
 
  private:
+  void prepare(const RobotDock& dock);
   void finish();
   void saveScreenshot();
   void report();

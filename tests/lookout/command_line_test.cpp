@@ -80,11 +80,42 @@ TEST(CommandLine, TakesHowThePicturesCome) {
             "--pictures: name the robot whose pictures they are with --robot");
 }
 
+TEST(CommandLine, TakesWhatTheRobotsShow) {
+  const CommandLine options =
+      parse({"--robot", "tam", "--stage", "--fps", "30", "--size", "640x480", "--detect", "face",
+             "--detect=ball", "--detect", "face"});
+  EXPECT_TRUE(options.stage);
+  EXPECT_EQ(options.choices,
+            (std::vector<std::pair<QString, QString>>{
+                {"size", "640x480"}, {"fps", "30"}, {"detect", "face"}, {"detect", "ball"}}))
+      << "the size first: the rate may depend on it";
+  EXPECT_FALSE(parse({"--robot", "tam"}).stage);
+  EXPECT_TRUE(parse({"--robot", "tam"}).choices.empty());
+}
+
+TEST(CommandLine, RefusesToShowWhatThereIsNot) {
+  for (const char* size : {"640", "640*480", "800x600", ""})
+    EXPECT_EQ(
+        errorOf({"--robot", "tam", "--size", size}),
+        std::string("--size: '") + size + "' is none of 160x120, 320x240, 640x480 and 1280x960");
+  for (const char* rate : {"0", "31", "-1", "2.5", "fast", ""})
+    EXPECT_EQ(errorOf({"--robot", "tam", "--fps", rate}),
+              std::string("--fps: '") + rate + "' is no whole number from 1 to 30");
+  EXPECT_EQ(errorOf({"--robot", "tam", "--detect", "unicorn"}),
+            "--detect: 'unicorn' is none of ball, duck, face, logo, mark and picture");
+  EXPECT_EQ(errorOf({"--stage"}), "--stage: name the robot whose picture it shows with --robot");
+  EXPECT_EQ(errorOf({"--size", "640x480"}),
+            "--size: name the robot whose pictures they are with --robot");
+  EXPECT_EQ(errorOf({"--fps", "5"}), "--fps: name the robot whose pictures they are with --robot");
+  EXPECT_EQ(errorOf({"--detect", "face"}),
+            "--detect: name the robot that is to look for it with --robot");
+}
+
 TEST(CommandLine, ExplainsItselfWithExamples) {
   const QString help = parse({"--help"}).answer;
-  for (const char* word :
-       {"--robot", "--insecure-robot", "--plugin ", "--pictures", "--play", "--screenshot",
-        "--quit-after", "--plugins", "--resources", "--report", "Examples:"})
+  for (const char* word : {"--robot", "--insecure-robot", "--plugin ", "--pictures", "--stage",
+                           "--size", "--fps", "--detect", "--play", "--screenshot", "--quit-after",
+                           "--plugins", "--resources", "--report", "Examples:"})
     EXPECT_TRUE(help.contains(word)) << word;
   EXPECT_TRUE(parse({"--version"}).answer.startsWith("lookout "));
 }

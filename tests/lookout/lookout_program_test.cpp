@@ -164,6 +164,25 @@ TEST(Lookout, FailsWhenNoPluginShowsRobots) {
   EXPECT_NE(lookout.errors().find("functionThatNobodyDefines"), std::string::npos);
 }
 
+TEST(Lookout, OpensTheStageAndChoosesWhatItIsTold) {
+  const TcpRobot robot;
+  Program lookout({"--plugins", FIXTURES "/viewing", "--robot", robot.address().toString(),
+                   "--stage", "--size", "640x480", "--fps", "30", "--quit-after", "1"});
+  EXPECT_EQ(lookout.waitForExit(), 0) << lookout.errors();
+  EXPECT_NE(lookout.errors().find("size is 640x480"), std::string::npos) << lookout.errors();
+  EXPECT_NE(lookout.errors().find("fps is not 30: there is only size"), std::string::npos);
+  EXPECT_EQ(lookout.errors().find("has no view"), std::string::npos);
+}
+
+TEST(Lookout, SaysThatAPluginHasNoStage) {
+  const TcpRobot robot;
+  Program lookout({"--plugins", FIXTURES "/good", "--robot", robot.address().toString(), "--stage",
+                   "--quit-after", "1"});
+  EXPECT_EQ(lookout.waitForExit(), 0) << lookout.errors();
+  EXPECT_NE(lookout.errors().find("has no view \"stage\"; it has: none"), std::string::npos)
+      << lookout.errors();
+}
+
 TEST(Lookout, FailsWhenThePictureCannotBeWritten) {
   const QTemporaryDir folder;
   const std::string file = folder.filePath(QString(300, 'x') + ".png").toStdString();

@@ -2,12 +2,53 @@
 // A plug-in inside the test program, which does as it is told and says what became of its widgets.
 #pragma once
 
+#include <QPointer>
 #include <QStringList>
 #include <functional>
+#include <vector>
 
 #include "ky/error.h"
 #include "lookout/lookout_widget.h"
 #include "lookout/widget_interface.h"
+
+// A view of a TestWidget: all of it is picture. GUI thread.
+class TestView : public LookoutWidget {
+  Q_OBJECT
+
+ public:
+  TestView(const QString& kind, QStringList& events, QWidget* parent)
+      : LookoutWidget(parent), fEvents(events) {
+    setWindowTitle("My " + kind);
+  }
+  ~TestView() override { fEvents << "view deleted"; }
+
+  bool isPlaying() const override { return playing; }
+  QByteArray saveState() const override { return state; }
+  bool restoreState(const QByteArray& saved) override {
+    state = saved;
+    return true;
+  }
+  quint64 framesPainted() const override { return frames; }
+  std::optional<std::chrono::steady_clock::time_point> lastPainted() const override {
+    return painted;
+  }
+  double frameRateWanted() const override { return 5; }
+  QWidget* pictureArea() const override { return area; }
+
+  void paintPicture() {
+    ++frames;
+    painted = std::chrono::steady_clock::now();
+  }
+
+  bool playing = false;
+  quint64 frames = 0;
+  QByteArray state;
+  std::optional<std::chrono::steady_clock::time_point> painted;
+  QWidget* area = this;
+
+ private:
+  QStringList& fEvents;
+};
 
 // GUI thread.
 class TestWidget : public LookoutWidget {
@@ -36,6 +77,17 @@ class TestWidget : public LookoutWidget {
   }
   double frameRateWanted() const override { return 5; }
   QString pictureProblem() const override { return problem; }
+  QStringList viewKinds() const override { return kinds; }
+  LookoutWidget* makeView(const QString& kind, QWidget* parent) override {
+    if (!kinds.contains(kind)) return nullptr;
+    fEvents << "makeView " + kind;
+    views.emplace_back(new TestView(kind, fEvents, parent));
+    return views.back();
+  }
+  QString choose(const QString& setting, const QString& value) override {
+    fEvents << QString("choose %1 %2%3").arg(setting, value, fPlaying ? " playing" : "");
+    return refusal;
+  }
   QWidget* pictureArea() const override { return area; }
 
   // Shows pictures from now on, on its right half.
@@ -58,6 +110,9 @@ class TestWidget : public LookoutWidget {
   std::optional<std::chrono::steady_clock::time_point> painted;
   QString problem;
   QWidget* area = nullptr;
+  QStringList kinds;  // of views
+  std::vector<QPointer<TestView>> views;
+  QString refusal;  // of any choice
 
  private:
   const boost::shared_ptr<Ky::KyBroker> fBroker;
@@ -82,6 +137,8 @@ class TestPlugin : public WidgetInterface {
     if (makesNothing) return nullptr;
     auto* made = new TestWidget(fBroker, events, parent);
     made->takesUp = takesUp;
+    made->kinds = kinds;
+    made->refusal = refusal;
     return fWidget = made;
   }
   TestWidget* latest() const { return static_cast<TestWidget*>(widget()); }
@@ -91,6 +148,8 @@ class TestPlugin : public WidgetInterface {
   bool makesNothing = false;
   bool opensBroker = true;
   QByteArray takesUp;  // see TestWidget
+  QStringList kinds;
+  QString refusal;
   std::function<void()> whileMaking;
 
   QStringList events;

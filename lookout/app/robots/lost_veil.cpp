@@ -28,6 +28,13 @@ void LostVeil::cover(const QString& text) {
   show();
 }
 
+void LostVeil::setText(const QString& text) {
+  if (text.isEmpty())
+    hide();
+  else
+    cover(text);
+}
+
 bool LostVeil::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Resize) resize(parentWidget()->size());
   return QWidget::eventFilter(watched, event);

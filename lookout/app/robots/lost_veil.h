@@ -14,6 +14,8 @@ class LostVeil : public QWidget {
  public:
   explicit LostVeil(QWidget* parent);
   void cover(const QString& text);
+  // Covers it, or where there is nothing to say, uncovers it.
+  void setText(const QString& text);
   QString text() const { return fBanner->text(); }
 
  protected:

@@ -30,7 +30,16 @@ QRect shownPart(const LookoutWidget& widget) {
 
 PictureWatch::PictureWatch(const RobotSession& session, QObject* parent)
     : QObject(parent), fSession(session) {
-  connect(&session, &RobotSession::changed, this, &PictureWatch::look);
+  begin();
+}
+
+PictureWatch::PictureWatch(const RobotSession& session, const LookoutWidget& view, QObject* parent)
+    : QObject(parent), fSession(session), fIsOfView(true), fView(&view) {
+  begin();
+}
+
+void PictureWatch::begin() {
+  connect(&fSession, &RobotSession::changed, this, &PictureWatch::look);
   connect(&fTimer, &QTimer::timeout, this, &PictureWatch::look);
   fTimer.start(kLookMs);
 }
@@ -39,9 +48,13 @@ PictureWatch::~PictureWatch() {
   delete fVeil.data();
 }
 
+const LookoutWidget* PictureWatch::shown() const {
+  if (fSession.state() != RobotSession::State::Connected) return nullptr;
+  return fIsOfView ? fView.data() : qobject_cast<LookoutWidget*>(fSession.widget());
+}
+
 void PictureWatch::look() {
-  const bool connected = fSession.state() == RobotSession::State::Connected;
-  const auto* widget = connected ? qobject_cast<LookoutWidget*>(fSession.widget()) : nullptr;
+  const LookoutWidget* widget = shown();
   const PictureState before = fReading.state;
   fReading = measure(widget);
   const bool stalled = fReading.state == PictureState::Stalled;
@@ -58,8 +71,9 @@ PictureReading PictureWatch::measure(const LookoutWidget* widget) {
   fWidget = widget;
   const QWidget* area = widget != nullptr ? widget->pictureArea() : nullptr;
   if (area == nullptr) return {};
-  return fMeter.update({widget->isPlaying(), canBeSeen(*area), fSession.framesPainted(),
-                        widget->lastPainted(), widget->frameRateWanted()},
+  const quint64 frames = fIsOfView ? widget->framesPainted() : fSession.framesPainted();
+  return fMeter.update({widget->isPlaying(), canBeSeen(*area), frames, widget->lastPainted(),
+                        widget->frameRateWanted()},
                        PictureMeter::Time::clock::now());
 }
 

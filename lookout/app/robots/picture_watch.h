@@ -15,14 +15,16 @@ namespace Lookout {
 class LostVeil;
 class RobotSession;
 
-// Measures the picture of a session's widget where it is painted, and veils it for as long as it
-// plays and nothing new comes. GUI thread.
+// Measures the picture of a session's widget, or of one of its views, where it is painted, and
+// veils it for as long as it plays and nothing new comes. GUI thread.
 class PictureWatch : public QObject {
   Q_OBJECT
 
  public:
   // The session outlives it.
   explicit PictureWatch(const RobotSession& session, QObject* parent = nullptr);
+  // Of this view, which the session made.
+  PictureWatch(const RobotSession& session, const LookoutWidget& view, QObject* parent = nullptr);
   ~PictureWatch() override;
 
   const PictureReading& reading() const { return fReading; }
@@ -34,11 +36,15 @@ class PictureWatch : public QObject {
   void changed();
 
  private:
+  void begin();
   void look();
+  const LookoutWidget* shown() const;
   PictureReading measure(const LookoutWidget* widget);
   void veil(const LookoutWidget* widget);
 
   const RobotSession& fSession;
+  const bool fIsOfView = false;
+  const QPointer<const LookoutWidget> fView;
   QPointer<const LookoutWidget> fWidget;  // whose picture is measured
   PictureMeter fMeter;
   PictureReading fReading;

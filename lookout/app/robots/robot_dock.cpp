@@ -8,9 +8,13 @@
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
 
 #include "robots/lost_veil.h"
 #include "robots/robot_address.h"
+#include "robots/robot_views.h"
+#include "robots/view_dock.h"
 #include "robots/widget_keeper.h"
 
 namespace Lookout {
@@ -37,6 +41,8 @@ RobotDock::RobotDock(const Plugin& plugin, std::optional<Ky::KyAddress> robot, c
   if (!plugin.brokerName.isEmpty()) fSession->setBrokerName(plugin.brokerName.toStdString());
   setObjectName("robot " + name());
   updateExposed();
+  fViews = std::make_unique<RobotViews>(*fSession, name());
+  connect(this, &QWidget::windowTitleChanged, fViews.get(), &RobotViews::setOwnerTitle);
   connect(fSession.get(), &RobotSession::widgetMade, this, &RobotDock::showWidget);
   connect(fSession.get(), &RobotSession::changed, this, &RobotDock::showState);
   connect(fSession.get(), &RobotSession::closed, this, &RobotDock::closed);
@@ -53,6 +59,7 @@ RobotDock::~RobotDock() {
   fSession->disconnect(this);
   fPicture.reset();
   fKeeper.reset();
+  fViews.reset();
   fStatusTimer.stop();
   // Events may go on while its widget waits for the robot: then the dock is still whole.
   fSession->close();
@@ -60,11 +67,23 @@ RobotDock::~RobotDock() {
 }
 
 void RobotDock::remember(bool startsFresh) {
+  fStartsFresh = startsFresh;
   fKeeper = std::make_unique<WidgetKeeper>(*fSession, fPluginName, startsFresh);
 }
 
+void RobotDock::openViewsOfBefore() {
+  if (fKeeper && !fStartsFresh) fViews->open(RobotMemory::views(robotName(), fPluginName));
+}
+
 void RobotDock::keep() const {
-  if (fKeeper) fKeeper->keep();
+  if (!fKeeper || fSession->state() == State::Closed) return;
+  fKeeper->keep();
+  RobotMemory::setViews(robotName(), fPluginName, fViews->memory());
+}
+
+void RobotDock::keepForGood() {
+  keep();
+  fKeeper.reset();
 }
 
 void RobotDock::buildBody() {
@@ -143,7 +162,7 @@ void RobotDock::showWidget(QWidget* widget) {
   fScroll->setWidget(widget);
   widget->show();
   fPages->setCurrentWidget(fScroll);
-  emit widgetShown();
+  emit widgetShown(!std::exchange(fHadWidget, true));
 }
 
 void RobotDock::showState() {
@@ -159,12 +178,7 @@ void RobotDock::showState() {
     fPlaceholder->setText(problem.isEmpty() ? doing : doing + "\n\n" + problem);
     fPages->setCurrentWidget(fPlaceholder);
   }
-  if (state == State::Lost)
-    fVeil->cover(tr("Connection lost: %1. Reconnecting...").arg(problem));
-  else if (state == State::Silent)
-    fVeil->cover(tr("The robot is silent: %1. Waiting for it...").arg(problem));
-  else
-    fVeil->hide();
+  fVeil->setText(lossText(state, problem));
   showStatus();
 }
 
@@ -179,18 +193,39 @@ void RobotDock::showStatus() {
   fStatus->show(status());
 }
 
+quint64 RobotDock::framesPainted() const {
+  quint64 most = fSession->framesPainted();
+  for (const ViewDock* view : fViews->docks()) most = std::max(most, view->framesPainted());
+  return most;
+}
+
+// Null while the widget's own picture can be seen, or nobody's.
+const ViewDock* RobotDock::viewInSight() const {
+  if (fPicture->reading().state != PictureState::None) return nullptr;
+  const std::vector<ViewDock*> views = fViews->docks();
+  const auto found = std::find_if(views.begin(), views.end(), [](const ViewDock* view) {
+    return view->reading().state != PictureState::None;
+  });
+  return found != views.end() ? *found : nullptr;
+}
+
 RobotStatus RobotDock::status() const {
   const Ky::KyStatistics statistics = fSession->statistics();
-  return {fSession->state(), statistics.roundTrip,      fBytesPerSecond, fPicture->reading(),
+  const ViewDock* view = viewInSight();
+  const PictureReading& picture = view != nullptr ? view->reading() : fPicture->reading();
+  return {fSession->state(), statistics.roundTrip,      fBytesPerSecond, picture,
           fExposed,          textOf(statistics.streams)};
 }
 
-const QString& RobotDock::problem() const {
-  return fSession->problem().isEmpty() ? fPicture->problem() : fSession->problem();
+QString RobotDock::problem() const {
+  if (!fSession->problem().isEmpty()) return fSession->problem();
+  const ViewDock* view = viewInSight();
+  return view != nullptr ? view->problem() : fPicture->problem();
 }
 
 void RobotDock::closeEvent(QCloseEvent* event) {
   event->accept();
+  emit closing();
   keep();
   fSession->close();
 }

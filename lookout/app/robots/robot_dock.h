@@ -20,10 +20,12 @@ class QToolButton;
 namespace Lookout {
 
 class LostVeil;
+class RobotViews;
+class ViewDock;
 class WidgetKeeper;
 
 // Shows one robot's widget, or why there is none, above a line about its connection. Closing it
-// ends the session, then deletes the dock. GUI thread.
+// ends the session with all further views, then deletes the dock. GUI thread.
 class RobotDock : public QDockWidget {
   Q_OBJECT
 
@@ -37,14 +39,21 @@ class RobotDock : public QDockWidget {
   // Lets the robot's widget begin as it was left last time, unless `startsFresh`, and keeps how it
   // is left this time. Before the session starts.
   void remember(bool startsFresh);
-  // Keeps it now; closing the dock does so too.
+  // Opens the views that were open last time, where that is so. Once the dock has its place.
+  void openViewsOfBefore();
+  // Keeps how it is now; closing the dock does so too, unless this was said to be the end.
   void keep() const;
+  void keepForGood();
 
   RobotSession& session() const { return *fSession; }
-  // What its status line shows.
+  RobotViews& views() const { return *fViews; }
+  // By the widget or by one of its views, whichever painted the most.
+  quint64 framesPainted() const;
+  // What its status line shows. Of the picture that can be seen: a view's, where the widget's
+  // can't.
   RobotStatus status() const;
   // Why the picture stands still, or why there is none; empty while all is well, or not known.
-  const QString& problem() const;
+  QString problem() const;
   // "HOST:PORT"; empty without a robot.
   QString robotName() const;
   const QString& pluginName() const { return fPluginName; }
@@ -58,7 +67,10 @@ class RobotDock : public QDockWidget {
   QSize wantedSize() const;
 
  signals:
-  void widgetShown();
+  // The first, or one that follows it.
+  void widgetShown(bool isFirst);
+  // It is about to be closed, and everything is still there.
+  void closing();
   // The session has ended; the dock is about to go.
   void closed();
 
@@ -73,9 +85,12 @@ class RobotDock : public QDockWidget {
   void showState();
   void measure();
   void showStatus();
+  const ViewDock* viewInSight() const;
 
   const QString fPluginName;
   bool fExposed = false;
+  bool fHadWidget = false;
+  bool fStartsFresh = true;
   QStackedWidget* fPages = nullptr;
   QLabel* fPlaceholder = nullptr;
   QScrollArea* fScroll = nullptr;
@@ -86,6 +101,7 @@ class RobotDock : public QDockWidget {
   double fBytesPerSecond = 0;
   QTimer fStatusTimer;
   std::unique_ptr<RobotSession> fSession;
+  std::unique_ptr<RobotViews> fViews;
   std::unique_ptr<PictureWatch> fPicture;
   std::unique_ptr<WidgetKeeper> fKeeper;  // null: nothing is remembered
 };

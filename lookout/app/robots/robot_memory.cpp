@@ -26,8 +26,16 @@ QString picturesKey(const QString& robot) {
   return group(robot) + "/pictures";
 }
 
+QString placesKey(const QString& robot) {
+  return group(robot) + "/places";
+}
+
 QString widgetGroup(const QString& robot, const QString& plugin) {
   return group(robot) + "/widgets/" + encoded(plugin);
+}
+
+QString viewsKey(const QString& robot, const QString& plugin) {
+  return widgetGroup(robot, plugin) + "/views";
 }
 
 void touch(const QString& robot) {
@@ -73,6 +81,48 @@ void RobotMemory::setWidget(const QString& robot, const QString& plugin,
   settings.beginGroup(widgetGroup(robot, plugin));
   settings.setValue("state", memory.state);
   settings.setValue("playing", memory.playing);
+}
+
+std::vector<ViewMemory> RobotMemory::views(const QString& robot, const QString& plugin) {
+  std::vector<ViewMemory> result;
+  const QVariantList kept = QSettings().value(viewsKey(robot, plugin)).toList();
+  for (const QVariant& one : kept) {
+    const QVariantMap view = one.toMap();
+    const int number = view["number"].toInt();
+    if (const QString kind = view["kind"].toString(); !kind.isEmpty() && number > 0)
+      result.push_back({kind, number, view["state"].toByteArray(), view["front"].toBool()});
+  }
+  return result;
+}
+
+void RobotMemory::setViews(const QString& robot, const QString& plugin,
+                           const std::vector<ViewMemory>& views) {
+  const QString key = viewsKey(robot, plugin);
+  if (views.empty()) {
+    QSettings().remove(key);
+    return;
+  }
+  touch(robot);
+  QVariantList kept;
+  for (const ViewMemory& view : views)
+    kept << QVariantMap{{"kind", view.kind},
+                        {"number", view.number},
+                        {"state", view.state},
+                        {"front", view.isInFront}};
+  QSettings().setValue(key, kept);
+}
+
+QByteArray RobotMemory::places(const QString& robot) {
+  return QSettings().value(placesKey(robot)).toByteArray();
+}
+
+void RobotMemory::setPlaces(const QString& robot, const QByteArray& places) {
+  if (places.isEmpty()) {
+    QSettings().remove(placesKey(robot));
+    return;
+  }
+  touch(robot);
+  QSettings().setValue(placesKey(robot), places);
 }
 
 void RobotMemory::forget(const QString& robot) {

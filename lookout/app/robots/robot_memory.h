@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QStringList>
 #include <optional>
+#include <vector>
 
 namespace Lookout {
 
@@ -14,6 +15,16 @@ struct WidgetMemory {
   bool playing = false;
 
   bool operator==(const WidgetMemory&) const = default;
+};
+
+// A further view of what a widget shows.
+struct ViewMemory {
+  QString kind;  // see LookoutWidget::viewKinds()
+  int number = 1;
+  QByteArray state;
+  bool isInFront = true;  // of the tabs that it is in, if any
+
+  bool operator==(const ViewMemory&) const = default;
 };
 
 // Of the robots "HOST:PORT" that were docked last, at most 20. GUI thread; reads and writes the
@@ -30,6 +41,14 @@ class RobotMemory {
   static void setPictures(const QString& robot, const QString& word);
   static std::optional<WidgetMemory> widget(const QString& robot, const QString& plugin);
   static void setWidget(const QString& robot, const QString& plugin, const WidgetMemory& memory);
+  // The views that were open, in their order. Setting none where none were changes nothing.
+  static std::vector<ViewMemory> views(const QString& robot, const QString& plugin);
+  static void setViews(const QString& robot, const QString& plugin,
+                       const std::vector<ViewMemory>& views);
+  // Where everything stood, for QMainWindow::restoreState(); empty when nothing is remembered.
+  // Setting nothing where there was nothing changes nothing.
+  static QByteArray places(const QString& robot);
+  static void setPlaces(const QString& robot, const QByteArray& places);
   static void forget(const QString& robot);
 };
 

@@ -53,7 +53,7 @@ QString robotReport(const RobotDock& dock, bool isOneOfSeveral) {
   const RobotStatus status = dock.status();
   const PictureReading& picture = status.picture;
   QStringList parts = {
-      "frames painted: " + QString::number(dock.session().framesPainted()),
+      "frames painted: " + QString::number(dock.framesPainted()),
       "fps shown: " + QString::number(picture.framesPerSecond, 'f', 1),
       "robot: " + dock.robotName(),
       "state: " + stateWords(status),

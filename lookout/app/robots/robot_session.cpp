@@ -5,7 +5,6 @@
 
 #include "ky/meanwhile.h"
 #include "lookout/broker_loan.h"
-#include "lookout/lookout_widget.h"
 #include "lookout/robot_broker.h"
 #include "lookout/widget_interface.h"
 #include "robots/open_dialogs.h"
@@ -51,6 +50,10 @@ RobotSession::~RobotSession() {
 void RobotSession::beginWith(const WidgetMemory& before) {
   fWidgetState = before.state;
   fPlaying = before.playing;
+}
+
+void RobotSession::chooseAtFirst(const QString& setting, const QString& value) {
+  fChoices.emplace_back(setting, value);
 }
 
 WidgetMemory RobotSession::widgetMemory() const {
@@ -153,6 +156,7 @@ void RobotSession::lose(const QString& why) {
     emit widget->disconnected(&fPlugin);
   }
   fGaps.stop();
+  fChoices.clear();  // from now on the widget's state counts
   setState(State::Lost, why);
   if (!fBroker) return;
   fWatcher.reset();
@@ -179,7 +183,7 @@ void RobotSession::openWidget() {
   fRetry.stop();
   // An open dialog of the old widget's has code of the widget waiting for it: the user answers
   // first.
-  if (pluginAtWork || (fWidget && hasOpenDialog(*fWidget))) {
+  if (pluginAtWork || hasOpenDialogs()) {
     fRetry.start(kDialogCheckMs);
     return;
   }
@@ -233,7 +237,10 @@ void RobotSession::keepWidget(QWidget* widget) {
   fRetryMs = kFirstRetryMs;
   if (fRobot) zu::log::info("lookout", "session") << "connected to " << fRobot->toString();
   emit widgetMade(widget);
-  if (LookoutWidget* made = lookoutWidget()) takeUp(*made);
+  if (LookoutWidget* made = lookoutWidget())
+    takeUp(*made);
+  else
+    choose(nullptr);
   setState(State::Connected, {});
   if (fBroker) {
     watch(fBroker, Ky::KyConnection::Connected);
@@ -250,9 +257,23 @@ void RobotSession::takeUp(LookoutWidget& widget) {
   if (!fWidgetState.isEmpty() && !widget.restoreState(fWidgetState))
     zu::log::warning("lookout", "session")
         << fRobot->toString() << ": the widget can't take up what was set before";
+  choose(&widget);
   fTakenUp = widget.saveState();
   fGaps.end(fBroker);
+  if (!fGaps.hasGaps()) fChoices.clear();
   if (fPlaying) widget.setPlaying(true);
+}
+
+// Null: the plug-in's widget is of another kind.
+void RobotSession::choose(LookoutWidget* widget) {
+  for (const auto& [setting, value] : fChoices) {
+    const QString why = widget != nullptr ? widget->choose(setting, value)
+                                          : tr("%1 can't be set here").arg(setting);
+    if (why.isEmpty()) continue;
+    const QString what = tr("%1 is not %2: %3").arg(setting, value, why);
+    zu::log::error("lookout", "session") << what.toStdString();
+    emit notChosen(what);
+  }
 }
 
 // A widget that lacks answers may not have been able to take up everything: it passes on what it
@@ -264,12 +285,34 @@ QByteArray RobotSession::stateFrom(const LookoutWidget& widget) const {
 
 void RobotSession::removeWidget() {
   fGaps.stop();
+  emit widgetGoing();
+  for (const auto& view : std::exchange(fViews, {})) delete view.data();
   fFramesBefore = framesPainted();
   delete fWidget.data();
   if (!fBroker) return;
   if (!fProbe) fWatcher.reset();  // it is the broker's
   fBroker->shutdown();
   fBroker.reset();
+}
+
+bool RobotSession::hasOpenDialogs() const {
+  return (fWidget && hasOpenDialog(*fWidget)) ||
+         std::any_of(fViews.begin(), fViews.end(),
+                     [](const auto& view) { return view && hasOpenDialog(*view); });
+}
+
+QStringList RobotSession::viewKinds() const {
+  const LookoutWidget* widget = lookoutWidget();
+  return widget != nullptr ? widget->viewKinds() : QStringList();
+}
+
+LookoutWidget* RobotSession::makeView(const QString& kind, QWidget& parent) {
+  LookoutWidget* widget = lookoutWidget();
+  if (widget == nullptr || fState == State::Closed) return nullptr;
+  LookoutWidget* view = widget->makeView(kind, &parent);
+  std::erase_if(fViews, [](const auto& gone) { return !gone; });
+  if (view != nullptr) fViews.emplace_back(view);
+  return view;
 }
 
 // ---- trying again
@@ -293,7 +336,7 @@ void RobotSession::retry() {
 // Cut off first, the old widget can't end its film.
 void RobotSession::makeAgain() {
   const bool isBusy = fMaking || pluginAtWork || Ky::KyMeanwhile::isAtWork();
-  if (fState != State::Connected || isBusy || !fWidget || hasOpenDialog(*fWidget)) return;
+  if (fState != State::Connected || isBusy || !fWidget || hasOpenDialogs()) return;
   if (const LookoutWidget* widget = lookoutWidget()) {
     fPlaying = widget->isPlaying();
     fWidgetState = stateFrom(*widget);

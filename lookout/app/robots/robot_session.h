@@ -11,14 +11,15 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "ky/broker.h"
+#include "lookout/lookout_widget.h"
 #include "robots/broker_closer.h"
 #include "robots/connection_watcher.h"
 #include "robots/gap_watch.h"
 #include "robots/robot_memory.h"
 
-class LookoutWidget;
 class QWidget;
 class WidgetInterface;
 
@@ -57,6 +58,9 @@ class RobotSession : public QObject {
   // What the next widget would begin with now.
   WidgetMemory widgetMemory() const;
 
+  // The first widget is told to choose this (LookoutWidget::choose()) once it has taken up its
+  // state, before it plays. Before there is one.
+  void chooseAtFirst(const QString& setting, const QString& value);
   // Of the broker that the plug-in is going to ask for: the connection on which the session waits
   // for the robot is handed to it then. Before start().
   void setBrokerName(std::string name) { fBrokerName = std::move(name); }
@@ -73,6 +77,11 @@ class RobotSession : public QObject {
   const std::optional<Ky::KyAddress>& robot() const { return fRobot; }
   // Null while there is none. A lost robot's widget stays until the robot is back.
   QWidget* widget() const { return fWidget; }
+  // The kinds of further views that the widget offers, and a new one of a kind, in `parent`; null
+  // when there is no widget, or nothing of this kind. It may be deleted by the caller; what is left
+  // is deleted when widgetGoing() has been told.
+  QStringList viewKinds() const;
+  LookoutWidget* makeView(const QString& kind, QWidget& parent);
   // Of the widget's connection; zeros without one.
   Ky::KyStatistics statistics() const;
 
@@ -95,6 +104,10 @@ class RobotSession : public QObject {
   void changed();
   // A new widget is there, to be shown.
   void widgetMade(QWidget* widget);
+  // Something that was to be chosen at first can't be; in words for the user.
+  void notChosen(const QString& why);
+  // The widget, if there is one, and its views are about to be deleted.
+  void widgetGoing();
   void closed();
 
  private:
@@ -111,7 +124,9 @@ class RobotSession : public QObject {
   QWidget* makeWidget(QString& why);
   void keepWidget(QWidget* widget);
   void takeUp(LookoutWidget& widget);
+  void choose(LookoutWidget* widget);
   void removeWidget();
+  bool hasOpenDialogs() const;
   void fail(const QString& why);
   void retry();
   void makeAgain();
@@ -135,10 +150,12 @@ class RobotSession : public QObject {
   std::map<std::string, std::string> fPreferences;
   QByteArray fWidgetState;  // of the widget before; see LookoutWidget::saveState()
   QByteArray fTakenUp;      // what this one made of it
+  std::vector<std::pair<QString, QString>> fChoices;  // settings and values, still to be chosen
   GapWatch fGaps;
   bool fMaking = false;  // the plug-in is at work
   quint64 fFramesBefore = 0;
   QPointer<QWidget> fWidget;
+  std::vector<QPointer<LookoutWidget>> fViews;  // of the widget
 
   Broker fProbe;   // waits for the robot; null once the widget's own broker does, or is it
   Broker fBroker;  // the widget's; null when its plug-in opens none

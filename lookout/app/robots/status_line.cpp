@@ -103,6 +103,14 @@ QString standstillText(const PictureReading& picture) {
       .arg(durationText(picture.standstill));
 }
 
+QString lossText(State state, const QString& problem) {
+  if (state == State::Lost)
+    return StatusLine::tr("Connection lost: %1. Reconnecting...").arg(problem);
+  if (state == State::Silent)
+    return StatusLine::tr("The robot is silent: %1. Waiting for it...").arg(problem);
+  return {};
+}
+
 QString statusText(const RobotStatus& status) {
   if (status.state != State::Connected) return stateText(status.state);
   QStringList parts = {pictureText(status.picture)};

@@ -26,6 +26,9 @@ QString statusText(const RobotStatus& status);
 // "No new picture for 3 s" of one that is stalled.
 QString standstillText(const PictureReading& picture);
 
+// What is said over a picture whose robot is silent or lost; empty of any other.
+QString lossText(RobotSession::State state, const QString& problem);
+
 // Shows a status behind a dot of the state's colour: green while all is well; and, of a connection
 // that others may listen to, that it is not encrypted. GUI thread.
 class StatusLine : public QLabel {

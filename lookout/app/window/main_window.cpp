@@ -4,10 +4,12 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDockWidget>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QSettings>
 #include <QStatusBar>
+#include <algorithm>
 
 #include "log/log_panel.h"
 #include "lookout/robot_broker.h"
@@ -18,6 +20,7 @@
 #include "robots/robot_address.h"
 #include "robots/robot_dock.h"
 #include "robots/robot_memory.h"
+#include "robots/robot_views.h"
 #include "window/paint_while_waiting.h"
 #include "window/preferences_dialog.h"
 #include "window/robot_area.h"
@@ -29,6 +32,7 @@ namespace {
 // Holds a viewer of 950 x 660 and the log.
 constexpr QSize kDefaultSize(980, 920);
 constexpr int kLogHeight = 130;
+constexpr int kRefusalMs = 10000;  // for reading
 
 }  // namespace
 
@@ -148,8 +152,23 @@ RobotDock* MainWindow::dock(const Plugin& plugin, std::optional<Ky::KyAddress> r
     added->session().setPreference(kPicturePreference, word.toStdString());
     if (fPast == Past::Remembered) added->remember(!takesUpThePast());
   }
-  fRobots->add(added);
+  const QString name = added->robotName();
+  fRobots->add(added, takesUpThePast() ? RobotMemory::places(name) : QByteArray());
+  connect(added, &RobotDock::closing, this, [this, name] { keepPlaces(name, placesToKeep(name)); });
+  added->openViewsOfBefore();
   return added;
+}
+
+// Where nobody opened a view, everything is placed anew the next time.
+QByteArray MainWindow::placesToKeep(const QString& robot) const {
+  const std::vector<RobotDock*> all = fRobots->docksOf(robot);
+  const bool hasViews = std::any_of(
+      all.begin(), all.end(), [](const RobotDock* one) { return !one->views().docks().empty(); });
+  return hasViews ? fRobots->places() : QByteArray();
+}
+
+void MainWindow::keepPlaces(const QString& robot, const QByteArray& places) const {
+  if (fPast == Past::Remembered && !robot.isEmpty()) RobotMemory::setPlaces(robot, places);
 }
 
 void MainWindow::closeCurrentRobot() {
@@ -161,8 +180,25 @@ void MainWindow::closeCurrentRobot() {
   }
   const QString robot = current->robotName();
   const QStringList plugins = openPlugins(robot);
+  const QByteArray places = placesToKeep(robot);
   for (RobotDock* dock : fRobots->docksOf(robot)) dock->close();
   remember(robot, plugins);
+  keepPlaces(robot, places);
+}
+
+void MainWindow::toggleFullScreen() {
+  ViewDock* view = fRobots->currentView();
+  if (const RobotDock* robot = fRobots->current(); view == nullptr && robot != nullptr)
+    if (const QStringList kinds = robot->views().kinds(); !kinds.isEmpty())
+      view = robot->views().open(kinds.first());
+  if (view != nullptr) view->setFillsScreen(!view->fillsScreen());
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_F11 && event->modifiers() == Qt::NoModifier)
+    toggleFullScreen();
+  else
+    QMainWindow::keyPressEvent(event);
 }
 
 // ---- the rest of the window
@@ -174,6 +210,8 @@ void MainWindow::buildRobots() {
   connect(fRobots, &RobotArea::roomWanted, this, &MainWindow::grow);
   connect(fRobots, &RobotArea::changed, this,
           [this] { fCloseRobot->setEnabled(!fRobots->docks().empty()); });
+  connect(fRobots, &RobotArea::refused, this,
+          [this](const QString& why) { statusBar()->showMessage(why, kRefusalMs); });
 }
 
 void MainWindow::grow(const QSize& by) {
@@ -220,7 +258,10 @@ void MainWindow::saveLayout() const {
 void MainWindow::closeEvent(QCloseEvent* event) {
   emit closing();
   saveLayout();
-  for (const RobotDock* dock : fRobots->docks()) dock->keep();
+  for (RobotDock* dock : fRobots->docks()) {
+    keepPlaces(dock->robotName(), placesToKeep(dock->robotName()));
+    dock->keepForGood();
+  }
   fPast = Past::Ignored;  // floating docks close behind it, and nobody wanted them gone
   // The robots end with this object: now one of their dialogs may still be open.
   event->accept();

@@ -54,6 +54,8 @@ class MainWindow : public QMainWindow {
   void askForRobot();
   // With all its plug-ins.
   void closeCurrentRobot();
+  // The current view, which is opened where there is none, fills the screen, or no more.
+  void toggleFullScreen();
   void showPlugins();
   void showPreferences();
   void showAbout();
@@ -64,15 +66,20 @@ class MainWindow : public QMainWindow {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  // F11, where nobody else wants it.
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void buildRobots();
   void buildLog();
   void buildMenus();
+  void buildViewsMenu(QAction* log);
   void showCatalog();
   void restoreLayout();
   void saveLayout() const;
   RobotDock* dock(const Plugin& plugin, std::optional<Ky::KyAddress> robot);
+  QByteArray placesToKeep(const QString& robot) const;
+  void keepPlaces(const QString& robot, const QByteArray& places) const;
   bool takesUpThePast() const;
   QString picturesOf(const QString& robot) const;
   std::vector<const Plugin*> chosen(const QString& robot, const QStringList& plugins) const;

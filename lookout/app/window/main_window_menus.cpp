@@ -10,9 +10,11 @@
 
 #include "lookout/widget_interface.h"
 #include "robots/robot_dock.h"
+#include "robots/robot_views.h"
 #include "window/main_window.h"
 #include "window/pictures_menu.h"
 #include "window/robot_area.h"
+#include "window/views_menu.h"
 
 namespace Lookout {
 
@@ -53,7 +55,7 @@ void MainWindow::buildMenus() {
   log->setText(tr("&Log"));
   log->setShortcut(QKeySequence("Ctrl+L"));
   log->setIcon(style()->standardIcon(QStyle::SP_FileDialogDetailedView));
-  menuBar()->addMenu(tr("&View"))->addAction(log);
+  buildViewsMenu(log);
 
   QMenu* help = menuBar()->addMenu(tr("&Help"));
   help->addAction(tr("&Plug-ins..."), this, &MainWindow::showPlugins);
@@ -65,6 +67,20 @@ void MainWindow::buildMenus() {
   tools->setIconSize({16, 16});
   tools->setMovable(false);
   tools->addActions({connectAction, log});
+}
+
+void MainWindow::buildViewsMenu(QAction* log) {
+  auto* views = new ViewsMenu(log, this);
+  menuBar()->addMenu(views);
+  connect(views, &QMenu::aboutToShow, this, [this, views] {
+    views->showFor(
+        {fRobots->current(), fRobots->currentView(), fRobots->isWall(), fRobots->canHaveWall()});
+  });
+  connect(views, &ViewsMenu::viewWanted, this, [this](const QString& kind, bool another) {
+    if (const RobotDock* robot = fRobots->current()) robot->views().open(kind, another);
+  });
+  connect(views, &ViewsMenu::fullScreenWanted, this, &MainWindow::toggleFullScreen);
+  connect(views, &ViewsMenu::wallWanted, fRobots, &RobotArea::setWall);
 }
 
 // The menu opens for the robot whose dock is current now.

@@ -7,9 +7,24 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "robots/robot_views.h"
 #include "window/room.h"
 
 namespace Lookout {
+namespace {
+
+// What a view likes to have, at least.
+constexpr int kViewWidth = 640;
+const QString kStage = "stage";
+
+// Null for a dock without its widget.
+QSize sizeWantedBy(const QDockWidget& dock) {
+  const auto* robot = qobject_cast<const RobotDock*>(&dock);
+  if (robot == nullptr) return dock.size();
+  return robot->session().widget() != nullptr ? robot->wantedSize() : QSize(0, 0);
+}
+
+}  // namespace
 
 RobotArea::RobotArea(QWidget* parent) : QMainWindow(parent) {
   setWindowFlags(Qt::Widget);  // a main window makes itself a window
@@ -50,8 +65,13 @@ void RobotArea::setHint(const QString& text) {
   fHintText->setText(text);
 }
 
-void RobotArea::add(RobotDock* dock) {
-  place(dock);
+void RobotArea::add(RobotDock* dock, const QByteArray& places) {
+  const bool wasWall = isWall();
+  takeDownWall();
+  if (fDocks.empty() && !places.isEmpty()) restoreState(places);
+  // Its place may have been there before it, or have come with the others'.
+  const bool isBack = restoreDockWidget(dock) || dockWidgetArea(dock) != Qt::NoDockWidgetArea;
+  if (!isBack) place(dock);
   fDocks.push_back(dock);
   fCurrent = dock;
   fHint->hide();
@@ -59,10 +79,21 @@ void RobotArea::add(RobotDock* dock) {
   connect(dock, &RobotDock::visibilityChanged, this, [this, dock](bool isInFront) {
     if (isInFront) fCurrent = dock;
   });
-  connect(dock, &RobotDock::widgetShown, this, [this, dock] { makeRoom(*dock); });
+  connect(dock, &RobotDock::widgetShown, this, [this, dock, isBack](bool isFirst) {
+    if (!isBack && (isFirst || views().empty())) makeRoom(*dock);  // or else all stays as it is
+  });
+  connect(&dock->views(), &RobotViews::opened, this,
+          [this, dock](ViewDock* view) { addView(dock, view); });
+  connect(&dock->views(), &RobotViews::closed, this, &RobotArea::renewWall, Qt::QueuedConnection);
+  connect(&dock->views(), &RobotViews::refused, this, &RobotArea::refused);
+  connect(&dock->session(), &RobotSession::notChosen, this,
+          [this, dock](const QString& why) { emit refused(tr("%1: %2").arg(dock->name(), why)); });
   dock->show();
-  dock->raise();
-  resizeDocks({dock}, {width() / static_cast<int>(fDocks.size())}, Qt::Horizontal);
+  if (!isBack) {
+    dock->raise();
+    resizeDocks({dock}, {width() / static_cast<int>(fDocks.size())}, Qt::Horizontal);
+  }
+  if (wasWall) putUpWall();
   emit changed();
   dock->session().start();
 }
@@ -79,23 +110,89 @@ void RobotArea::place(RobotDock* dock) {
     tabifyDockWidget(neighbour, dock);
 }
 
-QSize RobotArea::wantedSize(RobotDock& dock) const {
-  QSize wanted = dock.wantedSize();
+void RobotArea::addView(RobotDock* robot, ViewDock* view) {
+  const bool wasWall = isWall();
+  takeDownWall();
+  const bool isBack = restoreDockWidget(view);
+  if (!isBack) placeView(robot, view);
+  connect(view, &ViewDock::visibilityChanged, this, [this, robot, view](bool isInFront) {
+    if (!isInFront) return;
+    fCurrent = robot;
+    fCurrentView = view;
+  });
+  view->show();
+  // What was in front last time is raised when all are there.
+  (isBack ? static_cast<QDockWidget*>(robot) : view)->raise();
+  if (wasWall) putUpWall();
+}
+
+// Beside the newest view of its robot, or the robot itself.
+void RobotArea::placeView(RobotDock* robot, ViewDock* view) {
+  QDockWidget* neighbour = robot->isFloating() ? nullptr : robot;
+  for (ViewDock* other : robot->views().docks())
+    if (other != view && !other->isFloating()) neighbour = other;
+  if (neighbour == nullptr) {
+    addDockWidget(Qt::TopDockWidgetArea, view);
+  } else if (const auto growth = growthFor(*neighbour)) {
+    QList<QDockWidget*> row;
+    QList<int> widths;
+    for (QDockWidget* dock : docksInSight()) {
+      row << dock;
+      widths << (dock == neighbour ? dock->width() + *growth - kViewWidth : dock->width());
+    }
+    if (*growth > 0) emit roomWanted({*growth, 0});
+    splitDockWidget(neighbour, view, Qt::Horizontal);
+    resizeDocks(row << view, widths << kViewWidth, Qt::Horizontal);
+  } else {
+    tabifyDockWidget(neighbour, view);
+  }
+}
+
+std::optional<int> RobotArea::growthFor(QDockWidget& neighbour) const {
+  if (!tabifiedDockWidgets(&neighbour).isEmpty()) return {};
+  const bool isView = qobject_cast<ViewDock*>(&neighbour) != nullptr;
+  const int kept = isView ? kViewWidth : wantedSize(neighbour).width();
+  const int missing = std::max(0, kViewWidth + kept - neighbour.width());
+  if (missing > std::max(0, roomToGrow(*window()).width())) return {};
+  return missing;
+}
+
+QSize RobotArea::wantedSize(QDockWidget& dock) const {
+  QSize wanted = sizeWantedBy(dock);
+  if (wanted.isEmpty()) wanted = dock.size();
   for (const QDockWidget* tab : tabifiedDockWidgets(&dock))
-    if (const auto& other = static_cast<const RobotDock&>(*tab);
-        other.session().widget() != nullptr)
-      wanted = wanted.expandedTo(other.wantedSize());
+    if (qobject_cast<const RobotDock*>(tab) != nullptr)
+      wanted = wanted.expandedTo(sizeWantedBy(*tab));
   return wanted;
 }
 
+std::vector<QDockWidget*> RobotArea::docksInSight() const {
+  std::vector<QDockWidget*> all(fDocks.begin(), fDocks.end());
+  for (ViewDock* view : views()) all.push_back(view);
+  std::erase_if(all, [](const QDockWidget* dock) {
+    return dock->isFloating() || dock->visibleRegion().isEmpty();
+  });
+  return all;
+}
+
+std::vector<ViewDock*> RobotArea::views() const {
+  std::vector<ViewDock*> result;
+  for (const RobotDock* dock : fDocks)
+    for (ViewDock* view : dock->views().docks()) result.push_back(view);
+  return result;
+}
+
 void RobotArea::makeRoom(RobotDock& shown) {
+  if (isWall()) return;
   // What was shown before may still be waiting for its layout.
   QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
   if (shown.isFloating()) return;
+  std::vector<QDockWidget*> all(fDocks.begin(), fDocks.end());
+  for (ViewDock* view : views()) all.push_back(view);
   QList<QDockWidget*> docks;
   QSize missing(0, 0);
   int wantedWidth = 0;
-  for (RobotDock* dock : fDocks) {
+  for (QDockWidget* dock : all) {
     const bool standsAlone = !dock->isFloating() && tabifiedDockWidgets(dock).isEmpty();
     if (dock != &shown && !standsAlone) continue;
     docks.append(dock);
@@ -109,13 +206,52 @@ void RobotArea::makeRoom(RobotDock& shown) {
   // What nobody needs is shared evenly.
   const int spare = (width() - wantedWidth) / static_cast<int>(docks.size());
   QList<int> widths;
-  for (QDockWidget* dock : docks)
-    widths.append(wantedSize(static_cast<RobotDock&>(*dock)).width() + spare);
+  for (QDockWidget* dock : docks) widths.append(wantedSize(*dock).width() + spare);
   resizeDocks(docks, widths, Qt::Horizontal);
+}
+
+// ---- the wall
+
+bool RobotArea::canHaveWall() const {
+  return std::any_of(fDocks.begin(), fDocks.end(), [](const RobotDock* dock) {
+    return dock->views().first(kStage) != nullptr || dock->views().kinds().contains(kStage);
+  });
+}
+
+void RobotArea::setWall(bool up) {
+  takeDownWall();
+  if (!up) return;
+  for (const RobotDock* dock : fDocks)
+    if (dock->views().first(kStage) == nullptr && dock->views().kinds().contains(kStage))
+      dock->views().open(kStage);
+  putUpWall();
+}
+
+void RobotArea::putUpWall() {
+  std::vector<QDockWidget*> stages;
+  std::vector<QDockWidget*> others(fDocks.begin(), fDocks.end());
+  for (ViewDock* view : views()) (view->kind() == kStage ? stages : others).push_back(view);
+  if (!stages.empty()) fWall.putUp(stages, others);
+}
+
+// What was closed meanwhile, and has not gone yet, stays out of sight.
+void RobotArea::takeDownWall() {
+  fWall.takeDown();
+  for (RobotDock* dock : findChildren<RobotDock*>())
+    if (dock->session().state() == RobotSession::State::Closed) dock->hide();
+  for (ViewDock* view : findChildren<ViewDock*>())
+    if (view->isClosing()) view->hide();
+}
+
+void RobotArea::renewWall() {
+  if (!isWall()) return;
+  takeDownWall();
+  putUpWall();
 }
 
 void RobotArea::forget(RobotDock* dock) {
   std::erase(fDocks, dock);
+  renewWall();
   if (fCurrent == dock) fCurrent = fDocks.empty() ? nullptr : fDocks.back();
   fHint->setVisible(fDocks.empty());
   emit changed();
@@ -130,15 +266,33 @@ std::vector<RobotDock*> RobotArea::docksOf(const QString& robotName) const {
 }
 
 RobotDock* RobotArea::current() const {
-  const auto focused = std::find_if(fDocks.begin(), fDocks.end(), [](const RobotDock* dock) {
-    return dock->isAncestorOf(QApplication::focusWidget());
-  });
-  return focused != fDocks.end() ? *focused : fCurrent;
+  for (RobotDock* dock : fDocks) {
+    if (dock->isAncestorOf(QApplication::focusWidget())) return dock;
+    for (const ViewDock* view : dock->views().docks())
+      if (view->holdsFocus()) return dock;
+  }
+  return fCurrent;
+}
+
+ViewDock* RobotArea::currentView() const {
+  const RobotDock* robot = current();
+  if (robot == nullptr) return nullptr;
+  const std::vector<ViewDock*> all = robot->views().docks();
+  for (ViewDock* view : all)
+    if (view->holdsFocus()) return view;
+  if (std::find(all.begin(), all.end(), fCurrentView) != all.end()) return fCurrentView;
+  return all.empty() ? nullptr : all.back();
 }
 
 void RobotArea::followFocus(const QWidget* focused) {
-  for (RobotDock* dock : fDocks)
+  for (RobotDock* dock : fDocks) {
     if (dock->isAncestorOf(focused)) fCurrent = dock;
+    for (ViewDock* view : dock->views().docks()) {
+      if (!view->holdsFocus()) continue;
+      fCurrent = dock;
+      fCurrentView = view;
+    }
+  }
 }
 
 }  // namespace Lookout

@@ -19,6 +19,11 @@ QSize roomOnScreen(const QWidget& window) {
   return window.screen()->availableSize() - kFrame;
 }
 
+QSize roomToGrow(const QWidget& window) {
+  if (window.isMaximized() || window.isFullScreen()) return {0, 0};
+  return (roomOnScreen(window) - window.size()).expandedTo({0, 0});
+}
+
 bool hasRoomBeside(const QWidget& window, const QWidget& widget) {
   return window.width() + widget.width() <= roomOnScreen(window).width();
 }
