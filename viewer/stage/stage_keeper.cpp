@@ -75,6 +75,7 @@ void StageKeeper::addToFilm() {
 }
 
 void StageKeeper::endFilm() {
+  addToFilm();  // a picture that stood still lasts until now
   fFilm.end();
   emit filmChanged();
 }

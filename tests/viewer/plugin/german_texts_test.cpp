@@ -42,7 +42,7 @@ QStringList textsIn(const QWidget& widget) {
 
 TEST(GermanTexts, AreOnTheStage) {
   GermanViewer on;
-  const Stage stage(on.widget, on.viewer.module, nullptr);
+  const Stage stage(on.widget, on.viewer.module, "tam", nullptr);
   EXPECT_EQ(stage.windowTitle(), "Bühne");
   EXPECT_TRUE(stage.findChild<StageLine*>()->text().contains("Keine Wiedergabe"));
   const QStringList buttons = textsIn<QToolButton>(stage);
