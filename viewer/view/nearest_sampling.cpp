@@ -16,6 +16,7 @@ std::vector<int> taken(int from, int to) {
   for (int i = 0; i < from; ++i) numbers.setPixel(i, 0, kAlpha | static_cast<QRgb>(i));
   numbers = numbers.scaled(to, 1, Qt::IgnoreAspectRatio, Qt::FastTransformation);
   std::vector<int> places;
+  places.reserve(static_cast<std::size_t>(to));
   for (int i = 0; i < to; ++i)
     places.push_back(std::min(static_cast<int>(numbers.pixel(i, 0) & ~kAlpha), from - 1));
   return places;
