@@ -117,7 +117,6 @@ FramePtr Moment::choose(const std::vector<FramePtr>& frames, bool mayGoBack) {
   else if (!distances.isNear(fFramesBehind, fHeld))
     fFramesBehind = distances.nearest(fHeld);
   if (!mayGoBack) fFramesBehind = std::min(fFramesBehind, framesSince(frames, fLastShown));
-  fFramesBehind = std::min(fFramesBehind, distances.most());
   return distances.frame(fFramesBehind);
 }
 

@@ -13,6 +13,7 @@ constexpr std::int64_t kFresh = 2 * kSecond;
 constexpr std::int64_t kMostAhead = kSecond;
 constexpr std::int64_t kOld = kSecond / 2;
 constexpr std::int64_t kOldAtAnyRhythm = 2 * kSecond;
+constexpr std::int64_t kSteady = kSecond / 2;  // between two looks
 constexpr std::size_t kMostSets = 64;
 
 bool isTimely(std::int64_t seen, std::int64_t newest) {
@@ -28,7 +29,7 @@ void SetHistory::add(OverlaySet set, std::int64_t newest) {
     addNothing(std::move(set), newest);
   else
     addPlain(std::move(set));
-  fIsKnown = true;
+  fLookedAt = newest;
   forget(newest);
 }
 
@@ -47,7 +48,7 @@ void SetHistory::addTimed(OverlaySet set, std::int64_t newest) {
   if (isTimed() && seen < fSets.back().time && fSets.back().set->seen > seen) fSets.clear();
   fRhythm = isTimed() && fSets.back().set->seen > 0 ? seen - fSets.back().time : 0;
   fLastLateness = std::max<std::int64_t>(newest - seen, 0);
-  if (fIsKnown) fArrivals.push_back({newest, fLastLateness});
+  if (newest - fLookedAt <= kSteady) fArrivals.push_back({newest, fLastLateness});
   // A guess of when nothing was seen may have been too late.
   while (isTimed() && fSets.back().time >= seen) fSets.pop_back();
   fSets.push_back({seen, std::move(set)});

@@ -25,7 +25,8 @@ class SetHistory {
   OverlaySet seenAt(std::int64_t time) const;
 
   // Whether new sets came in the last two seconds, and how much later than its picture the latest
-  // of them. What was there at the first look is not counted: nobody knows when it came.
+  // of them. What was there at the first look, or after a pause, is not counted: nobody knows when
+  // it came.
   bool isFresh() const { return !fArrivals.empty(); }
   std::int64_t lateness() const;
 
@@ -47,10 +48,10 @@ class SetHistory {
   void addNothing(OverlaySet set, std::int64_t newest);
   void forget(std::int64_t newest);
 
-  bool fIsKnown = false;  // was looked at before
-  OverlaySet fPlain;      // of an untimed source
+  OverlaySet fPlain;  // of an untimed source
   std::deque<Seen> fSets;
   std::deque<Arrival> fArrivals;
+  std::int64_t fLookedAt = 0;  // the newest picture then
   std::int64_t fLastLateness = 0;
   std::int64_t fRhythm = 0;  // between the two newest sets; 0: not known
 };

@@ -188,6 +188,20 @@ TEST(Figures, BeyondTheViewShowTheirLineWhereItCrossesIt) {
   }
 }
 
+TEST(Figures, BeyondTheViewAreRoundAllAround) {
+  const OverlayLook look = lookAt(viewportOf(2));
+  for (const int diameter : {10000, 1000000, 1000000000})
+    for (int degrees = 0; degrees < 360; degrees += 15) {
+      // Through the view's middle, which is this far round the circle.
+      const double angle = degrees * 3.14159265358979 / 180;
+      const QPointF place(0.5 - diameter / 2 * std::cos(angle) / 320,
+                          0.5 - diameter / 2 * std::sin(angle) / 240);
+      const QImage image = drawn({sourceOf({itemOf(0, place.x(), place.y(), diameter)})}, look);
+      const QRect middle = inked(image.copy(310, 230, 20, 20));
+      EXPECT_FALSE(middle.isNull()) << diameter << " at " << degrees;
+    }
+}
+
 TEST(Figures, ThatAreDrawnOftenLookAsThoseDrawnOnce) {
   // Larger ones are not kept as pictures.
   const OverlayLook look = lookAt(viewportOf(1, {640, 640}));

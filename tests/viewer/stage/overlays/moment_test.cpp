@@ -144,6 +144,25 @@ INSTANTIATE_TEST_SUITE_P(Courses, MomentOfCourse,
                                          Course{9, 0}, Course{1, 4}, Course{3, 4}, Course{6, 4}),
                          nameOf);
 
+// The detector's own pictures lie between those at hand, which come unevenly.
+TEST(Moment, ShowsEachFrameOnceWhereADetectionBelongsToNone) {
+  for (const int between : {4, 8, 12, 16, 20, 24, 28}) {
+    Feed feed;
+    std::uint64_t last = 0;
+    for (int i = 0; i < 300; ++i) {
+      feed.nextFrame(i * 7 % 9 - 4);
+      if (i > 9 && i % 3 == 0) {
+        feed.putSeen("BallDetected", kStart + (i - 2) * kPeriod - between * kMs);
+      }
+      const std::uint64_t number = feed.look().frame->number;
+      if (i > 60) {
+        EXPECT_EQ(number, last + 1) << between;
+      }
+      last = number;
+    }
+  }
+}
+
 TEST(Moment, HoldsThePictureHalfASecondAtMost) {
   Feed feed;
   const auto shown = played(feed, 200, 24);
@@ -252,6 +271,19 @@ TEST(Moment, DoesNotHoldThePictureForWhatWasThereBeforeItLooked) {
   EXPECT_NEAR(static_cast<double>(shown.sources.at(0).age), 16.0 * kPeriod, 1);
 }
 
+TEST(Moment, DoesNotHoldThePictureForWhatCameWhileNobodyLooked) {
+  Feed feed;
+  played(feed, 60, 1);
+  for (int i = 0; i < 30; ++i) {
+    feed.nextFrame();
+    feed.putSeen("BallDetected", feed.frames.back()->timestamp);
+  }
+  feed.nextFrame();
+  for (int i = 0; i < 14; ++i) feed.nextFrame();
+  EXPECT_EQ(feed.look().behind, kPeriod);
+  EXPECT_EQ(played(feed, 60, 1).back().behind, kPeriod);
+}
+
 TEST(Moment, BeginsAnewWhenTheClockJumps) {
   for (const std::int64_t jump : {-3600000, 3600000, -50}) {
     Feed feed;
@@ -288,13 +320,13 @@ TEST(Moment, DrawsWhatAnotherClockDatesAsItComes) {
 TEST(Moment, LetsAFigureGoOnTheFrameWhereItWasGone) {
   Feed feed;
   played(feed, 61, 4);
-  // The last one was seen on frame 57 of 61, counted from 1; nothing is seen from now on.
+  // Shown is frame 57 of 61, counted from 1, with what was seen in it; then nothing is seen.
   feed.putSeen("BallDetected", 0, 0);
-  for (int i = 0; i < 12; ++i) {
+  for (unsigned i = 58; i < 70; ++i) {
     feed.nextFrame();
     const Moment::Shown shown = feed.look();
-    EXPECT_EQ(shown.sources.at(0).set->items.empty(), shown.frame->number >= 58)
-        << shown.frame->number;
+    EXPECT_EQ(shown.frame->number, i);
+    EXPECT_TRUE(shown.sources.at(0).set->items.empty()) << i;
   }
 }
 

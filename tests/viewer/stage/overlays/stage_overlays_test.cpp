@@ -201,7 +201,11 @@ TEST(StageOverlays, AreAsSharpOnAScreenOfTwiceThePixels) {
   const QSize single = overlays.labelRects().at(0).size();
   look.pixelRatio = 2;
   drawOn(image, {sourceOf({item})}, look, overlays);
-  EXPECT_EQ(overlays.labelRects().at(0).size(), single * 2);
+  const QRect twice = overlays.labelRects().at(0);
+  EXPECT_EQ(twice.size(), single * 2);
+  // The letters fill it.
+  const QRect right(twice.center().x(), twice.top(), twice.width() / 2, twice.height());
+  EXPECT_GT(brightnessIn(image, right).second, 200);
 }
 
 // As the stage's widget paints: its pixels are two of the device's.
