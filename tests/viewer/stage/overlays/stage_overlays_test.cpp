@@ -20,7 +20,9 @@ std::pair<double, double> distancesTo(const QRectF& rect, const QPointF& place) 
   return {std::hypot(farX, farY), std::hypot(x, y)};
 }
 
+// Labels keep out of small figures, and off the lines of large ones.
 bool covers(const QRectF& label, const Figure& figure, const QRect& view) {
+  if (figure.reach() <= 32) return label.intersects(figure.bounds());
   if (figure.shape != Figure::Shape::Circle) {
     for (const QRect& bar : barsOf(figure, figure.edge, view))
       if (label.intersects(QRectF(bar))) return true;
