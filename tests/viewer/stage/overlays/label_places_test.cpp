@@ -143,7 +143,7 @@ TEST(LabelPlaces, AreNotTakenByOneThatComesLater) {
   std::vector<LabelWish> wishes = {{2, second, kLabel}};
   const QRect alone = placed(places, wishes).at(0).rect;
   // Its own favourite place is the same.
-  wishes.insert(wishes.begin(), {1, {280, 200, 20, 20}, kLabel});
+  wishes.insert(wishes.begin(), {1, {300, 188, 20, 12}, kLabel});
   const auto both = placed(places, wishes);
   EXPECT_EQ(both.at(1).rect, alone);
   EXPECT_FALSE(both.at(0).rect.isNull());

@@ -205,8 +205,9 @@ TEST(StageOverlays, AreAsSharpOnAScreenOfTwiceThePixels) {
   drawOn(image, {sourceOf({item})}, look, overlays);
   const QRect twice = overlays.labelRects().at(0);
   EXPECT_EQ(twice.size(), single * 2);
-  // The letters fill it.
+  // Box and letters fill it.
   const QRect right(twice.center().x(), twice.top(), twice.width() / 2, twice.height());
+  EXPECT_LT(brightnessIn(image, right).first, 100);
   EXPECT_GT(brightnessIn(image, right).second, 200);
 }
 
