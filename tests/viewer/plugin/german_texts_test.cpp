@@ -20,13 +20,17 @@
 
 namespace {
 
-struct GermanViewer {
-  GermanViewer() {
-    EXPECT_TRUE(german.load(PERISCOPE_GERMAN));
-    EXPECT_TRUE(QCoreApplication::installTranslator(&german));
+struct German {
+  German() {
+    EXPECT_TRUE(texts.load(PERISCOPE_GERMAN));
+    EXPECT_TRUE(QCoreApplication::installTranslator(&texts));
   }
 
-  QTranslator german;
+  QTranslator texts;
+};
+
+struct GermanViewer {
+  German german;  // before the widget, whose texts are made with it
   ViewerOnRobot viewer;
   Widget widget{viewer.module, "/icons/", "127.0.0.1", nullptr};
 };
