@@ -199,10 +199,6 @@
         <translation>&amp;Protokoll</translation>
     </message>
     <message>
-        <source>&amp;View</source>
-        <translation>&amp;Ansicht</translation>
-    </message>
-    <message>
         <source>&amp;Help</source>
         <translation>&amp;Hilfe</translation>
     </message>
@@ -332,6 +328,10 @@
         <source>Connect to a robot...</source>
         <translation>Mit einem Roboter verbinden ...</translation>
     </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
 </context>
 <context>
     <name>Lookout::RobotDock</name>
@@ -367,14 +367,6 @@
         <source>Opening %1...</source>
         <translation>%1 wird geöffnet ...</translation>
     </message>
-    <message>
-        <source>Connection lost: %1. Reconnecting...</source>
-        <translation>Verbindung verloren: %1. Sie wird neu hergestellt ...</translation>
-    </message>
-    <message>
-        <source>The robot is silent: %1. Waiting for it...</source>
-        <translation>Der Roboter ist stumm: %1. Es wird auf ihn gewartet ...</translation>
-    </message>
 </context>
 <context>
     <name>Lookout::RobotSession</name>
@@ -393,6 +385,25 @@
     <message>
         <source>the plug-in failed and did not say why</source>
         <translation>das Plug-in ist gescheitert, ohne zu sagen, warum</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be set here</source>
+        <translation>%1 lässt sich hier nicht einstellen</translation>
+    </message>
+    <message>
+        <source>%1 is not %2: %3</source>
+        <translation>%1 ist nicht %2: %3</translation>
+    </message>
+</context>
+<context>
+    <name>Lookout::RobotViews</name>
+    <message>
+        <source>%1 has no view &quot;%2&quot;; it has: %3</source>
+        <translation>%1 hat keine Ansicht „%2“; es hat: %3</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
     </message>
 </context>
 <context>
@@ -460,6 +471,79 @@
     <message>
         <source>not encrypted</source>
         <translation>unverschlüsselt</translation>
+    </message>
+    <message>
+        <source>Connection lost: %1. Reconnecting...</source>
+        <translation>Verbindung verloren: %1. Sie wird neu hergestellt ...</translation>
+    </message>
+    <message>
+        <source>The robot is silent: %1. Waiting for it...</source>
+        <translation>Der Roboter ist stumm: %1. Es wird auf ihn gewartet ...</translation>
+    </message>
+</context>
+<context>
+    <name>Lookout::ViewDock</name>
+    <message>
+        <source>This view fills the screen.</source>
+        <translation>Diese Ansicht füllt den Bildschirm.</translation>
+    </message>
+    <message>
+        <source>Bring it &amp;back</source>
+        <translation>&amp;Zurückholen</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>%1 - %2</source>
+        <translation>%1 – %2</translation>
+    </message>
+    <message>
+        <source>Connecting to %1...</source>
+        <translation>Verbindung zu %1 wird hergestellt ...</translation>
+    </message>
+</context>
+<context>
+    <name>Lookout::ViewKind</name>
+    <message>
+        <source>Stage</source>
+        <translation>Bühne</translation>
+    </message>
+    <message>
+        <source>&amp;Stage</source>
+        <translation>&amp;Bühne</translation>
+    </message>
+    <message>
+        <source>&amp;Another stage</source>
+        <translation>&amp;Weitere Bühne</translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>Dateien</translation>
+    </message>
+    <message>
+        <source>F&amp;iles</source>
+        <translation>&amp;Dateien</translation>
+    </message>
+</context>
+<context>
+    <name>Lookout::ViewsMenu</name>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Full screen</source>
+        <translation>&amp;Vollbild</translation>
+    </message>
+    <message>
+        <source>&amp;Wall</source>
+        <translation>W&amp;and</translation>
+    </message>
+    <message>
+        <source>The stages of all robots side by side, and nothing else</source>
+        <translation>Die Bühnen aller Roboter nebeneinander, und nichts anderes</translation>
     </message>
 </context>
 <context>

@@ -6,9 +6,9 @@
 namespace Lookout {
 namespace {
 
-QString tr(const char* text) {
-  return QCoreApplication::translate("Lookout::ViewKind", text);
-}
+struct Words {
+  Q_DECLARE_TR_FUNCTIONS(Lookout::ViewKind)
+};
 
 QString capitalized(const QString& word) {
   return word.left(1).toUpper() + word.mid(1);
@@ -17,8 +17,9 @@ QString capitalized(const QString& word) {
 }  // namespace
 
 ViewKind viewKind(const QString& kind) {
-  if (kind == "stage") return {tr("Stage"), tr("&Stage"), tr("&Another stage")};
-  if (kind == "files") return {tr("Files"), tr("F&iles"), {}};
+  if (kind == "stage")
+    return {Words::tr("Stage"), Words::tr("&Stage"), Words::tr("&Another stage")};
+  if (kind == "files") return {Words::tr("Files"), Words::tr("F&iles"), {}};
   return {capitalized(kind), capitalized(kind).replace('&', "&&"), {}};
 }
 
