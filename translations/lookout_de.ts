@@ -179,7 +179,7 @@
         <translation>%1 ö&amp;ffnen</translation>
     </message>
     <message>
-        <source>P&amp;lug-ins</source>
+        <source>Plu&amp;g-ins</source>
         <translation>Plu&amp;g-ins</translation>
     </message>
     <message>
@@ -215,7 +215,7 @@
         <translation>Werkzeuge</translation>
     </message>
     <message>
-        <source>P&amp;lug-ins of %1</source>
+        <source>Plu&amp;g-ins of %1</source>
         <translation>Plu&amp;g-ins von %1</translation>
     </message>
     <message>

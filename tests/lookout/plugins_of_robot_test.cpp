@@ -59,11 +59,11 @@ struct Window {
     EXPECT_TRUE(waitUntil([&] { return window.robots().docks().empty(); }));
   }
   QMenu* robotMenu() const { return window.menuBar()->actions().front()->menu(); }
-  // "P&lug-ins" of the current robot.
+  // "Plu&g-ins" of the current robot.
   QMenu* pluginsMenu() const {
     emit robotMenu()->aboutToShow();
     for (const QAction* action : robotMenu()->actions())
-      if (action->text().startsWith("P&lug-ins")) return action->menu();
+      if (action->text().startsWith("Plu&g-ins")) return action->menu();
     return nullptr;
   }
 
@@ -152,7 +152,7 @@ TEST(PluginsOfRobot, AreOfferedInTheMenuForTheRobotThatIsCurrent) {
   EXPECT_FALSE(on.pluginsMenu()->isEnabled());
   RobotDock* first = on.window.connectTo(one.address());
   on.window.connectTo(two.address());
-  EXPECT_EQ(on.pluginsMenu()->title(), "P&lug-ins of " + two.name());
+  EXPECT_EQ(on.pluginsMenu()->title(), "Plu&g-ins of " + two.name());
   choose(on.pluginsMenu(), "Open a_plugin");
   EXPECT_NE(on.dock("a_plugin " + two.name()), nullptr);
 
@@ -163,7 +163,7 @@ TEST(PluginsOfRobot, AreOfferedInTheMenuForTheRobotThatIsCurrent) {
   elsewhere.show();
   elsewhere.setFocus();
   ASSERT_EQ(QApplication::focusWidget(), &elsewhere);
-  EXPECT_EQ(on.pluginsMenu()->title(), "P&lug-ins of " + one.name());
+  EXPECT_EQ(on.pluginsMenu()->title(), "Plu&g-ins of " + one.name());
   choose(on.pluginsMenu(), "Open b_plugin");
   EXPECT_NE(on.dock("b_plugin " + one.name()), nullptr);
 }

@@ -186,8 +186,12 @@ TEST(Translations, LeaveTheWindowEnglishInTheLocaleC) {
     EXPECT_TRUE(texts.contains(text)) << text;
 }
 
-TEST(Translations, GiveNoKeyOfAMenuTwice) {
-  speakGerman();
+class KeysOfMenus : public testing::TestWithParam<const char*> {};
+INSTANTIATE_TEST_SUITE_P(Languages, KeysOfMenus, testing::Values("en", "de"));
+
+TEST_P(KeysOfMenus, AreGivenOnce) {
+  setEnvironment({{"LANGUAGE", GetParam()}});
+  installTranslations();
   const SettingsOfTest settings;
   const SeveralPlugins plugins({"periscope", "other_plugin"});
   MainWindow window(plugins.path(), "", MainWindow::Past::Ignored);

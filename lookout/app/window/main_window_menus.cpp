@@ -27,7 +27,7 @@ void MainWindow::buildMenus() {
   for (const Plugin* plugin : fCatalog->loaded())
     if (!plugin->interface->requiresConnection())
       robot->addAction(tr("&Open %1").arg(plugin->name), this, [this, plugin] { open(*plugin); });
-  fPluginsOfRobot = robot->addMenu(tr("P&lug-ins"));
+  fPluginsOfRobot = robot->addMenu(tr("Plu&g-ins"));
   fPluginsOfRobot->menuAction()->setVisible(hasChoice());
   connect(robot, &QMenu::aboutToShow, this, &MainWindow::nameCurrentRobot);
   connect(fPluginsOfRobot, &QMenu::aboutToShow, this, [this] {
@@ -87,8 +87,8 @@ void MainWindow::buildViewsMenu(QAction* log) {
 void MainWindow::nameCurrentRobot() {
   const RobotDock* current = fRobots->current();
   const bool hasRobot = current != nullptr && current->session().robot();
-  fPluginsOfRobot->setTitle(hasRobot ? tr("P&lug-ins of %1").arg(current->robotName())
-                                     : tr("P&lug-ins"));
+  fPluginsOfRobot->setTitle(hasRobot ? tr("Plu&g-ins of %1").arg(current->robotName())
+                                     : tr("Plu&g-ins"));
   fPluginsOfRobot->setEnabled(hasRobot);
   fPictures->showFor(hasRobot ? &current->session() : nullptr);
 }
