@@ -42,6 +42,7 @@ FilesPanel::FilesPanel(const QString& robotAddress, QWidget* parent)
       fMessage(new FilesMessage(this)),
       fList(new FilesList(fModel, this)) {
   setWindowTitle(tr("Files of %1").arg(robotAddress));
+  setFocusPolicy(Qt::StrongFocus);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins({});
   layout->setSpacing(0);
@@ -164,6 +165,7 @@ void FilesPanel::makeRoom() {
   const bool isEmpty = fModel->rowCount() == 0;
   fList->setHidden(isEmpty);
   fMessage->setAlone(isEmpty);
+  setFocusProxy(isEmpty ? nullptr : fList);
 }
 
 void FilesPanel::askForLogin() {

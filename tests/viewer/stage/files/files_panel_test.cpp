@@ -151,6 +151,11 @@ TEST_F(Panel, FetchesThumbnailsOfWhatIsInSightOnly) {
   ASSERT_TRUE(waitUntil([] { return ftpProcesses().empty(); }));
   EXPECT_LE(shown(), 24);
   EXPECT_FALSE(model().hasThumbnail(500));
+  record("new.jpg", photo, -10);
+  const int scrolled = list().verticalScrollBar()->value();
+  panel->refresh();
+  ASSERT_TRUE(waitForFiles(1001));
+  EXPECT_EQ(list().verticalScrollBar()->value(), scrolled);
 }
 
 TEST_F(Panel, HasAsManyColumnsAsThereIsRoomFor) {
@@ -262,7 +267,10 @@ TEST_F(Panel, MayBeDeletedAtAnyTime) {
     panel.reset();
   }
   EXPECT_TRUE(waitUntil([] { return ftpProcesses().empty(); }));
-  for (const QString& name : keptFiles()) EXPECT_FALSE(name.contains("part"));
+  for (const QString& name : keptFiles()) {
+    EXPECT_FALSE(name.contains("part")) << name.toStdString();
+    EXPECT_EQ(keptContent(name), photoOf(kOrange)) << name.toStdString();
+  }
 }
 
 TEST_F(Panel, GoesOnWhileTheServerIsFrozen) {
@@ -286,8 +294,9 @@ TEST_F(Panel, IsUsedFromTheKeyboard) {
   record("b.jpg", photoOf(kOrange));
   logInBefore();
   show();
+  panel->setFocus();
   ASSERT_TRUE(waitForFiles(2));
-  list().setFocus();
+  EXPECT_TRUE(list().hasFocus());
   QTest::keyClick(&list(), Qt::Key_Down);
   QTest::keyClick(&list(), Qt::Key_Home);
   QTest::keyClick(&list(), Qt::Key_C, Qt::ControlModifier);
