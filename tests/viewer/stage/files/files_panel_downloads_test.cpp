@@ -212,6 +212,19 @@ TEST_F(Panel, CopiesThePathsOnTheRobot) {
             "/home/tam/recordings/cameras/b c.avi\n/home/tam/recordings/cameras/a.jpg");
 }
 
+TEST_F(Panel, LeavesNothingOfADownloadWhenItIsDeleted) {
+  record("endless.avi", "");
+  std::filesystem::resize_file(robot / "recordings/cameras/endless.avi", std::uintmax_t{1} << 40);
+  logInBefore();
+  show();
+  ASSERT_TRUE(waitForFiles(1));
+  trigger("Download", {"endless.avi"});
+  ASSERT_TRUE(waitUntil([&] { return stateOf("endless.avi").readBytes > 0; }));
+  panel.reset();
+  EXPECT_EQ(keptFiles(), QStringList());
+  EXPECT_TRUE(waitUntil([] { return ftpProcesses().empty(); }));
+}
+
 TEST_F(Panel, GoesOnDownloadingWhileItIsHidden) {
   record("a.avi", std::string(5 << 20, 'x'));
   logInBefore();
