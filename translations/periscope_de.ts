@@ -110,8 +110,8 @@
 <context>
     <name>FilesPanel</name>
     <message>
-        <source>Files of %1</source>
-        <translation>Dateien von %1</translation>
+        <source>Files</source>
+        <translation>Dateien</translation>
     </message>
     <message>
         <source>Refresh</source>
@@ -623,7 +623,7 @@ Ist der Roboter eingeschaltet, und läuft sein FTP-Server?</translation>
         <translation>Führt auf, was gezeichnet wird, um davon auszublenden</translation>
     </message>
     <message>
-        <source>Detections on their picture</source>
+        <source>Detections on their frame</source>
         <translation>Erkanntes auf seinem Bild</translation>
     </message>
     <message>

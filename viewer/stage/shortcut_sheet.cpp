@@ -21,7 +21,7 @@ QString keysOf(const QAction& action) {
 QString section(const QString& title, const QList<Row>& rows) {
   QString html = QString("<h3>%1</h3><table cellpadding=\"3\">").arg(title.toHtmlEscaped());
   for (const auto& [keys, what] : rows)
-    html += QString("<tr><td style=\"white-space:nowrap\"><b>%1</b></td><td>%2</td></tr>")
+    html += QString("<tr><td width=\"130\"><b>%1</b></td><td>%2</td></tr>")
                 .arg(keys.toHtmlEscaped(), what.toHtmlEscaped());
   return html + "</table>";
 }

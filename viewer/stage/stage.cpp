@@ -122,7 +122,7 @@ void Stage::connectPicture() {
   connect(fFeed, &StageFeed::changed, this, &Stage::showChange);
   connect(fActions.freeze, &QAction::toggled, this, [this](bool frozen) {
     fFeed->setFrozen(frozen);
-    fNewestBefore = 0;
+    fPaintedBefore = 0;
     refresh();
   });
   connect(fActions.another, &QAction::triggered, this, [this] {
@@ -184,15 +184,15 @@ void Stage::showChange() {
 
 // While nobody sees it, and nobody will, nothing is done.
 void Stage::updateWatched() {
-  fNewestBefore = 0;
+  fPaintedBefore = 0;
   fFeed->setWatched(isVisible() || fKeeper->isFilming());
 }
 
 // While nobody looks, and while the view is frozen, nothing is dropped.
 void Stage::countDropped() {
-  const std::uint64_t newest = fFeed->newestNumber();
-  if (fNewestBefore != 0 && newest > fNewestBefore + 1) fDropped += newest - fNewestBefore - 1;
-  fNewestBefore = newest;
+  const std::uint64_t painted = fCanvas->scene().frame()->number;
+  if (fPaintedBefore != 0 && painted > fPaintedBefore + 1) fDropped += painted - fPaintedBefore - 1;
+  fPaintedBefore = painted;
 }
 
 void Stage::setPlaying(bool playing) {

@@ -96,7 +96,7 @@ class Stage : public LookoutWidget {
   Lookout::PictureMeter fMeter;
   Lookout::PictureReading fReading;
   std::uint64_t fDropped = 0;
-  std::uint64_t fNewestBefore = 0;  // the newest picture when one was painted last; 0: none yet
+  std::uint64_t fPaintedBefore = 0;  // the picture that was painted last; 0: none yet
   QTimer fRefresh;
   Notice* fNotice = nullptr;  // over the picture; null until there is something to say
 };

@@ -25,7 +25,7 @@ StageActions::StageActions(QWidget& stage) : fStage(stage) {
   begin(tr("Measuring"));
   overlays = addCheck(tr("Overlays"), {Qt::Key_O}, tr("What detectors and programs draw"), true);
   sources = addCheck(tr("Sources"), {Qt::Key_L}, tr("Lists what is drawn, to hide some of it"));
-  onTheirFrame = addCheck(tr("Detections on their picture"), {Qt::Key_D},
+  onTheirFrame = addCheck(tr("Detections on their frame"), {Qt::Key_D},
                           tr("Holds the picture back until its detections are there"), true);
   grid = addCheck(tr("Grid"), {Qt::Key_G}, tr("Tenths of the picture, and its pixels when large"));
   pixel = addCheck(tr("Pixel"), {Qt::Key_I}, tr("Says what the pixel under the pointer is"));

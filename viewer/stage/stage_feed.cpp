@@ -48,9 +48,3 @@ void StageFeed::look() {
   fShown = fMoment.look(model->fFrames.recent(), overlaysOf(*model), fHidden);
   emit changed();
 }
-
-std::uint64_t StageFeed::newestNumber() const {
-  const auto model = fModel.lock();
-  const FramePtr newest = model ? model->fFrames.newest() : nullptr;
-  return newest ? newest->number : 0;
-}

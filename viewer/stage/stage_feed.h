@@ -34,8 +34,6 @@ class StageFeed : public QObject {
 
   void look();
   const Moment::Shown& shown() const { return fShown; }
-  // Of the newest picture that there is; 0 before the first.
-  std::uint64_t newestNumber() const;
 
  signals:
   void changed();

@@ -41,7 +41,7 @@ FilesPanel::FilesPanel(const QString& robotAddress, QWidget* parent)
       fTools(new QToolBar(this)),
       fMessage(new FilesMessage(this)),
       fList(new FilesList(fModel, this)) {
-  setWindowTitle(tr("Files of %1").arg(robotAddress));
+  setWindowTitle(tr("Files"));
   setFocusPolicy(Qt::StrongFocus);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins({});
