@@ -1,21 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "viewer/stage/stage.h"
 
-#include <QContextMenuEvent>
-#include <QKeyEvent>
 #include <QLabel>
-#include <QMenu>
 #include <QPushButton>
 #include <QSplitter>
 #include <QToolBar>
 #include <QVBoxLayout>
 
-#include "ky/broker.h"
 #include "viewer/core/module.h"
-#include "viewer/dialogs/notice.h"
 #include "viewer/stage/overlays/sources_panel.h"
 #include "viewer/stage/pixel_label.h"
-#include "viewer/stage/shortcut_sheet.h"
 #include "viewer/stage/stage_canvas.h"
 #include "viewer/stage/stage_feed.h"
 #include "viewer/stage/stage_keeper.h"
@@ -25,8 +19,6 @@ namespace {
 
 constexpr int kRefreshMs = 250;
 constexpr double kZoomStep = 1.25;
-constexpr double kPanStep = 0.1;  // of the view
-constexpr int kGap = 8;           // between what lies over the picture and its edges
 
 constexpr const char* kOverPicture =
     "QLabel { color: white; background: rgba(0, 0, 0, 170); padding: 4px 8px; font-weight: bold; }";
@@ -112,7 +104,6 @@ QLabel* Stage::makeBadge() {
   badge->setTextFormat(Qt::PlainText);
   badge->setAttribute(Qt::WA_TransparentForMouseEvents);
   badge->setStyleSheet(kOverPicture);
-  badge->move(kGap, kGap);
   badge->hide();
   return badge;
 }
@@ -256,140 +247,4 @@ void Stage::filmOrStop() {
   else
     fKeeper->beginFilm(frameRateWanted());
   refresh();
-}
-
-// Below the badge.
-void Stage::say(const QString& text, bool isGood) {
-  if (fNotice == nullptr) fNotice = new Notice(fCanvas);
-  const QRect room =
-      fCanvas->rect().adjusted(kGap, kGap + fBadge->sizeHint().height(), -kGap, -kGap);
-  fNotice->say(isGood ? Notice::Kind::Done : Notice::Kind::Failed, text, room);
-}
-
-// ---- what is told of them
-
-void Stage::refresh() {
-  const bool playing = isViewerPlaying();
-  fActions.play->setText(playing ? tr("Pause") : tr("Play"));
-  fActions.fullScreen->setChecked(window()->isFullScreen());
-  fActions.film->setText(fKeeper->isFilming() ? tr("Stop film") : tr("Film"));
-  fActions.mirror->setChecked(fCanvas->scene().viewport().isMirrored());
-  const bool hasFrame = fCanvas->scene().frame() != nullptr;
-  fInvitation->setVisible(!hasFrame && !playing);
-  if (!playing) fFeed->look();  // figures come and go also while no picture does
-
-  fReading =
-      fMeter.update({playing, isVisible(), framesPainted(), lastPainted(), frameRateWanted()},
-                    std::chrono::steady_clock::now());
-  StageStatus status;
-  status.picture = fReading;
-  status.frozen = fActions.freeze->isChecked();
-  status.size = fCanvas->scene().viewport().picture();
-  status.encoding = encoding();
-  status.dropped = fDropped;
-  status.scale = fCanvas->scene().viewport().scale();
-  fLine->show(status);
-  showBadge();
-  placeLabels();
-}
-
-void Stage::showBadge() {
-  const bool isPaused = fReading.state == Lookout::PictureState::Paused;
-  QStringList texts;
-  if (fActions.freeze->isChecked())
-    texts << tr("Frozen");
-  else if (isPaused)
-    texts << tr("Paused");
-  if (fKeeper->isFilming()) texts << fKeeper->filmText();
-  const QString text = texts.join(QString::fromUtf8(" \u00b7 "));
-  if (text != fBadge->text()) {
-    fBadge->setText(text);
-    fBadge->adjustSize();
-  }
-  fBadge->setVisible(!text.isEmpty());
-}
-
-void Stage::showPixel() {
-  fPixel->setVisible(fActions.pixel->isChecked());
-  if (fActions.pixel->isChecked()) fPixel->show(fCanvas->scene(), fCanvas->pointedPixel());
-  placeLabels();
-}
-
-void Stage::placeLabels() {
-  fPixel->move(kGap, fCanvas->height() - fPixel->height() - kGap);
-  fInvitation->adjustSize();
-  fInvitation->move((fCanvas->width() - fInvitation->width()) / 2,
-                    (fCanvas->height() - fInvitation->height()) / 2);
-}
-
-QString Stage::encoding() const {
-  const auto module = fModule.lock();
-  if (!module) return {};
-  QStringList texts;
-  for (const std::string& stream : module->getParentBroker()->statistics().streams)
-    texts << QString::fromStdString(stream);
-  return texts.join(", ");
-}
-
-void Stage::showShortcuts() {
-  ShortcutSheet(fActions, this).exec();
-}
-
-// ---- events
-
-// Space ticks a source off; it plays and pauses elsewhere.
-bool Stage::eventFilter(QObject* watched, QEvent* event) {
-  const bool isSpace = event->type() == QEvent::ShortcutOverride &&
-                       static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space;
-  if (isSpace) event->accept();
-  return isSpace || LookoutWidget::eventFilter(watched, event);
-}
-
-void Stage::keyPressEvent(QKeyEvent* event) {
-  const auto arrow = [event]() -> std::optional<QPoint> {
-    switch (event->key()) {
-      case Qt::Key_Left:
-        return QPoint(-1, 0);
-      case Qt::Key_Right:
-        return QPoint(1, 0);
-      case Qt::Key_Up:
-        return QPoint(0, -1);
-      case Qt::Key_Down:
-        return QPoint(0, 1);
-      default:
-        return std::nullopt;
-    }
-  }();
-  if (arrow && event->modifiers().testFlag(Qt::ControlModifier))
-    fCanvas->movePointed(*arrow);
-  else if (arrow)
-    fCanvas->panBy(arrow->x() * kPanStep, arrow->y() * kPanStep);
-  else if (event->key() == Qt::Key_Escape && window()->isFullScreen())
-    emit fullScreenWanted(false);
-  else
-    LookoutWidget::keyPressEvent(event);
-}
-
-void Stage::contextMenuEvent(QContextMenuEvent* event) {
-  QMenu menu(this);
-  fActions.fill(menu);
-  menu.exec(event->globalPos());
-}
-
-void Stage::showEvent(QShowEvent*) {
-  updateWatched();
-  refresh();
-}
-
-void Stage::hideEvent(QHideEvent*) {
-  updateWatched();
-}
-
-void Stage::changeEvent(QEvent* event) {
-  LookoutWidget::changeEvent(event);
-  if (event->type() == QEvent::WindowStateChange) refresh();
-}
-
-void Stage::resizeEvent(QResizeEvent*) {
-  placeLabels();
 }

@@ -49,11 +49,15 @@ void StageKeeper::copy() {
 }
 
 void StageKeeper::askForFolder(QWidget* parent) {
-  const QString folder = QFileDialog::getExistingDirectory(
-      parent, tr("Where pictures and films are saved"), keepFolder());
-  if (folder.isEmpty()) return;
-  setKeepFolder(folder);
-  emit said(tr("Pictures and films are saved in %1").arg(folder), true);
+  auto* dialog = new QFileDialog(parent, tr("Where pictures and films are saved"), keepFolder());
+  dialog->setFileMode(QFileDialog::Directory);
+  dialog->setOption(QFileDialog::ShowDirsOnly);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& folder) {
+    setKeepFolder(folder);
+    emit said(tr("Pictures and films are saved in %1").arg(folder), true);
+  });
+  dialog->open();
 }
 
 // ---- films

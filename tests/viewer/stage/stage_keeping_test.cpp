@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // What the stage keeps: pictures, the clipboard, films.
 #include <QClipboard>
+#include <QDialogButtonBox>
 #include <QDir>
+#include <QFileDialog>
 #include <QGuiApplication>
 #include <QTemporaryDir>
 
@@ -92,6 +94,17 @@ TEST_F(StageKeeping, SaysThatThereIsNothingToKeepYet) {
   fRobot.press(Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(notice(), "There is no picture to copy yet.");
   EXPECT_TRUE(files().isEmpty());
+}
+
+TEST_F(StageKeeping, AsksWhereToSaveAndRemembersIt) {
+  ASSERT_TRUE(QDir(fFolder.path()).mkdir("other"));
+  fRobot.press(Qt::Key_O, Qt::ControlModifier | Qt::ShiftModifier);
+  auto* dialog = fRobot.stage->findChild<QFileDialog*>();
+  ASSERT_NE(dialog, nullptr);
+  dialog->selectFile(path("other"));
+  dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->click();
+  EXPECT_EQ(keepFolder(), path("other"));
+  EXPECT_EQ(notice(), "Pictures and films are saved in " + path("other"));
 }
 
 TEST_F(StageKeeping, CopiesWhatIsSeen) {

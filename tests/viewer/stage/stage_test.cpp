@@ -3,11 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <QContextMenuEvent>
 #include <QLabel>
 #include <QListView>
+#include <QMenu>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextBrowser>
 #include <QToolBar>
 #include <thread>
 
@@ -15,6 +18,7 @@
 #include "stage_on_robot.h"
 #include "support/wait.h"
 #include "viewer/stage/pixel_label.h"
+#include "viewer/stage/shortcut_sheet.h"
 #include "viewer/stage/stage_canvas.h"
 #include "viewer/stage/stage_line.h"
 
@@ -261,6 +265,29 @@ TEST(Stage, NamesEverythingForThoseWhoHear) {
       EXPECT_FALSE(action->statusTip().isEmpty()) << action->text().toStdString();
       EXPECT_FALSE(action->shortcut().isEmpty()) << action->text().toStdString();
     }
+}
+
+TEST(Stage, ListsAllItsKeysOnASheet) {
+  StageOnRobot robot;
+  robot.press(Qt::Key_Question);
+  auto* sheet = robot.stage->findChild<ShortcutSheet*>();
+  ASSERT_NE(sheet, nullptr);
+  const QString text = sheet->findChild<QTextBrowser*>()->toPlainText();
+  for (const StageActions::Group& group : robot.stage->actions().groups())
+    for (const QAction* action : group.actions)
+      EXPECT_TRUE(text.contains(action->shortcut().toString())) << action->text().toStdString();
+  QTest::keyClick(sheet, Qt::Key_Question);
+  EXPECT_FALSE(sheet->isVisible());
+}
+
+TEST(Stage, MayGoWithItsMenuAndItsSheetOpen) {
+  StageOnRobot robot;
+  robot.press(Qt::Key_Question);
+  QContextMenuEvent event(QContextMenuEvent::Keyboard, {10, 10});
+  QCoreApplication::sendEvent(robot.stage.get(), &event);
+  ASSERT_NE(robot.stage->findChild<QMenu*>(), nullptr);
+  robot.stage.reset();
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
 TEST(Stage, HasNoKeyTwice) {
