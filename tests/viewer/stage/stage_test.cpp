@@ -276,6 +276,7 @@ TEST(Stage, ListsAllItsKeysOnASheet) {
   for (const StageActions::Group& group : robot.stage->actions().groups())
     for (const QAction* action : group.actions)
       EXPECT_TRUE(text.contains(action->shortcut().toString())) << action->text().toStdString();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(sheet));
   QTest::keyClick(sheet, Qt::Key_Question);
   EXPECT_FALSE(sheet->isVisible());
 }
@@ -283,7 +284,7 @@ TEST(Stage, ListsAllItsKeysOnASheet) {
 TEST(Stage, MayGoWithItsMenuAndItsSheetOpen) {
   StageOnRobot robot;
   robot.press(Qt::Key_Question);
-  QContextMenuEvent event(QContextMenuEvent::Keyboard, {10, 10});
+  QContextMenuEvent event(QContextMenuEvent::Keyboard, {10, 10}, {10, 10});
   QCoreApplication::sendEvent(robot.stage.get(), &event);
   ASSERT_NE(robot.stage->findChild<QMenu*>(), nullptr);
   robot.stage.reset();

@@ -89,6 +89,14 @@ void paintWrapped(QPainter& painter, const QRect& place, const QString& text) {
   layout.endLayout();
 }
 
+// Below the picture: some styles fill it, and would colour that.
+void paintFocus(QPainter& painter, const QStyleOptionViewItem& option, const QStyle& style) {
+  QStyleOptionFocusRect focus;
+  focus.QStyleOption::operator=(option);
+  focus.state |= QStyle::State_KeyboardFocusChange;
+  style.drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, option.widget);
+}
+
 }  // namespace
 
 void FilesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -98,6 +106,7 @@ void FilesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   const DownloadState& state = model.state(row);
   const QStyle* style = option.widget != nullptr ? option.widget->style() : QApplication::style();
   style->drawPrimitive(QStyle::PE_PanelItemViewItem, &option, painter, option.widget);
+  if ((option.state & QStyle::State_HasFocus) != 0) paintFocus(*painter, option, *style);
 
   painter->save();
   painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
@@ -131,12 +140,6 @@ void FilesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     paintProgress(*painter, bar, state, colours);
   }
   painter->restore();
-
-  if ((option.state & QStyle::State_HasFocus) == 0) return;
-  QStyleOptionFocusRect focus;
-  focus.QStyleOption::operator=(option);
-  focus.state |= QStyle::State_KeyboardFocusChange;
-  style->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, painter, option.widget);
 }
 
 QSize FilesDelegate::sizeHint(const QStyleOptionViewItem& option,
