@@ -17,6 +17,7 @@ class QPushButton;
 class QToolBar;
 class Notice;
 class PixelLabel;
+class ShortcutSheet;
 class SourcesPanel;
 class StageCanvas;
 class StageFeed;
@@ -98,5 +99,6 @@ class Stage : public LookoutWidget {
   std::uint64_t fDropped = 0;
   std::uint64_t fPaintedBefore = 0;  // the picture that was painted last; 0: none yet
   QTimer fRefresh;
+  QPointer<ShortcutSheet> fSheet;
   Notice* fNotice = nullptr;  // over the picture; null until there is something to say
 };

@@ -33,9 +33,13 @@ std::optional<QPoint> arrowOf(int key) {
 
 // Neither this nor the menu is waited for: the stage may go while they are open.
 void Stage::showShortcuts() {
-  auto* sheet = new ShortcutSheet(fActions, this);
-  sheet->setAttribute(Qt::WA_DeleteOnClose);
-  sheet->open();
+  if (fSheet) {
+    fSheet->close();
+    return;
+  }
+  fSheet = new ShortcutSheet(fActions, this);
+  fSheet->setAttribute(Qt::WA_DeleteOnClose);
+  fSheet->open();
 }
 
 // Space ticks a source off; it plays and pauses elsewhere.
