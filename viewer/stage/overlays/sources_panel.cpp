@@ -96,7 +96,7 @@ bool SourcesPanel::restoreState(const QJsonObject& state) {
   const QJsonValue keys = state["hidden"], onFrame = state["onFrame"];
   if (!keys.isArray() || !onFrame.isBool() || keys.toArray().size() > kMostHidden) return false;
   std::set<std::string> hidden;
-  for (const QJsonValue& key : keys.toArray()) {
+  for (const auto& key : keys.toArray()) {
     if (!key.isString()) return false;
     hidden.insert(key.toString().toLatin1().toStdString());
   }

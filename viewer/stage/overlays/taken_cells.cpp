@@ -44,10 +44,14 @@ TakenCells::Span TakenCells::cells(double low, double high, int origin, int coun
       std::min(static_cast<int>(std::ceil((std::min(high, 1e6) - origin) / kCell)) - 1, count - 1)};
 }
 
+std::size_t TakenCells::indexOf(int row, int word) const {
+  return static_cast<std::size_t>(row) * static_cast<std::size_t>(fWordsInRow) +
+         static_cast<std::size_t>(word);
+}
+
 void TakenCells::takeRow(int row, const Span& columns) {
   for (int word = columns.first / kBits; word * kBits <= columns.last; ++word)
-    fBits[static_cast<std::size_t>(row * fWordsInRow + word)] |=
-        maskOf(word, columns.first, columns.last);
+    fBits[indexOf(row, word)] |= maskOf(word, columns.first, columns.last);
 }
 
 void TakenCells::take(const QRectF& rect) {
@@ -75,8 +79,7 @@ bool TakenCells::isFree(const QRect& rect) const {
   const Span rows = cells(rect.y(), rect.y() + rect.height(), fView.top(), fRows);
   for (int row = rows.first; row <= rows.last; ++row)
     for (int word = columns.first / kBits; word * kBits <= columns.last; ++word)
-      if ((fBits[static_cast<std::size_t>(row * fWordsInRow + word)] &
-           maskOf(word, columns.first, columns.last)) != 0)
+      if ((fBits[indexOf(row, word)] & maskOf(word, columns.first, columns.last)) != 0)
         return false;
   return true;
 }

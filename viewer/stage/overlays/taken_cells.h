@@ -4,6 +4,7 @@
 
 #include <QPointF>
 #include <QRect>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -32,6 +33,7 @@ class TakenCells {
   };
 
   Span cells(double low, double high, int origin, int count) const;
+  std::size_t indexOf(int row, int word) const;
   void takeRow(int row, const Span& columns);
 
   QRect fView;
