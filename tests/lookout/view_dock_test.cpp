@@ -142,13 +142,19 @@ TEST(ViewDock, EndsWithItsRobotAndBeforeTheWidget) {
 TEST(ViewDock, EndsWithTheWindowInWhateverState) {
   for (const bool isLost : {false, true}) {
     auto on = Viewed::connected();
-    on->views().open("stage");
-    on->views().open("stage", true)->setFillsScreen(true);
+    const QPointer<LookoutWidget> inDock(on->views().open("stage")->view());
+    ViewDock* dock = on->views().open("stage", true);
+    dock->setFillsScreen(true);
+    const QPointer<LookoutWidget> onScreen(dock->view());
+    const QPointer<QWidget> screen(dock->view()->window());
+    ASSERT_NE(screen, &on->area);
     if (isLost) {
       on->robot.stop();
       ASSERT_TRUE(on->is(State::Lost));
     }
     on.reset();
+    EXPECT_TRUE(inDock.isNull() && onScreen.isNull());
+    EXPECT_TRUE(screen.isNull()) << "nothing would close it any more";
   }
 }
 
@@ -274,6 +280,9 @@ TEST(ViewDock, SpeaksForItsRobotWhileTheWidgetIsBehindIt) {
   EXPECT_EQ(on->dock->framesPainted(), 100000u);
   EXPECT_TRUE(waitUntil([&] { return on->dock->status().picture.state == PictureState::Stalled; }))
       << "now the widget's own counts";
+  on->area.splitDockWidget(on->dock, dock, Qt::Vertical);
+  ASSERT_TRUE(waitUntil([&] { return dock->reading().state == PictureState::Live; }));
+  EXPECT_EQ(on->dock->status().picture.state, PictureState::Stalled) << "and beside the view, too";
 }
 
 TEST(ViewDock, FillsTheScreenAndComesBackToItsPlace) {
