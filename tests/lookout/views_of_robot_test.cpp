@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QSettings>
+#include <QStatusBar>
 #include <QTest>
 #include <set>
 
@@ -92,7 +93,7 @@ TEST(ViewsMenu, OffersTheViewsOfTheRobotThatIsCurrent) {
   for (const char* text : {"&Stage", "&Another stage", "&Full screen\tF11", "&Wall"})
     EXPECT_FALSE(on.entry(text)->isEnabled()) << text;
   const RobotDock* dock = on.dock(robot);
-  EXPECT_EQ(on.entries(), (QStringList{"&Log", "&Stage", "&Another stage", "F&iles",
+  ASSERT_EQ(on.entries(), (QStringList{"&Log", "&Stage", "&Another stage", "F&iles",
                                        "&Full screen\tF11", "&Wall"}));
   on.entry("&Stage")->trigger();
   on.entry("&Stage")->trigger();
@@ -112,6 +113,7 @@ TEST(ViewsMenu, OffersNothingOfAPluginWithoutViews) {
   EXPECT_FALSE(on.entry("&Full screen\tF11")->isEnabled());
   QTest::keyClick(&on.window, Qt::Key_F11);
   EXPECT_FALSE(on.window.isFullScreen());
+  EXPECT_EQ(on.window.statusBar()->currentMessage(), "") << "nobody has asked for a view";
 }
 
 TEST(ViewsMenu, OpensForTheRobotWhoseViewHasTheKeyboard) {
@@ -228,6 +230,28 @@ TEST(ViewsOfRobot, ComeBackWithARobotThatWasClosed) {
   dock = on.dock(robot);
   ASSERT_EQ(on.views(*dock).size(), 1u);
   EXPECT_EQ(settled(*on.views(*dock).front()), place);
+}
+
+TEST(ViewsOfRobot, ComeBackInTheNextRunWithARobotThatWasClosed) {
+  const TcpRobot robot;
+  for (const bool isByItsDock : {false, true}) {
+    const SettingsOfTest settings;
+    QRect place;
+    {
+      Window on;
+      RobotDock* dock = on.dock(robot);
+      ViewDock* stage = dock->views().open("stage");
+      on.area().splitDockWidget(dock, stage, Qt::Vertical);
+      place = settled(*stage);
+      isByItsDock ? static_cast<void>(dock->close()) : on.window.closeCurrentRobot();
+      ASSERT_TRUE(waitUntil([&] { return on.area().docks().empty(); }));
+      on.close();
+    }
+    Window on;
+    const RobotDock* dock = on.dock(robot);
+    ASSERT_EQ(on.views(*dock).size(), 1u);
+    EXPECT_EQ(settled(*on.views(*dock).front()), place) << isByItsDock;
+  }
 }
 
 TEST(ViewsOfRobot, LeaveTheSettingsAsTheyWereWhereNobodyOpenedOne) {
@@ -385,6 +409,21 @@ TEST(Wall, FollowsStagesThatComeAndGo) {
   EXPECT_TRUE(isInFront(*on.views(*first).front()));
   on.views(*first).front()->close();
   EXPECT_TRUE(waitUntil([&] { return !on.area().isWall() && first->isVisible(); }));
+}
+
+TEST(Wall, GoesWithTheLastRobotThatHasAStage) {
+  const SettingsOfTest settings;
+  const TcpRobot one, two;
+  Window on;
+  RobotDock* first = on.dock(one);
+  const RobotDock* second = on.dock(two);
+  on.entry("&Wall")->trigger();
+  on.views(*second).front()->close();
+  settled(*second);
+  ASSERT_TRUE(on.area().isWall());
+  EXPECT_FALSE(second->isVisible());
+  first->close();
+  EXPECT_TRUE(waitUntil([&] { return !on.area().isWall() && second->isVisible(); }));
 }
 
 TEST(Wall, IsNotWhatIsRemembered) {
