@@ -169,6 +169,7 @@ TEST(Lookout, OpensTheStageAndChoosesWhatItIsTold) {
   Program lookout({"--plugins", FIXTURES "/viewing", "--robot", robot.address().toString(),
                    "--stage", "--size", "640x480", "--fps", "30", "--quit-after", "1"});
   EXPECT_EQ(lookout.waitForExit(), 0) << lookout.errors();
+  EXPECT_NE(lookout.errors().find("a stage is opened"), std::string::npos) << lookout.errors();
   EXPECT_NE(lookout.errors().find("size is 640x480"), std::string::npos) << lookout.errors();
   EXPECT_NE(lookout.errors().find("fps is not 30: there is only size"), std::string::npos);
   EXPECT_EQ(lookout.errors().find("has no view"), std::string::npos);
