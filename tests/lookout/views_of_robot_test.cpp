@@ -15,6 +15,7 @@
 #include "robots/robot_views.h"
 #include "robots/view_dock.h"
 #include "settings_of_test.h"
+#include "several_plugins.h"
 #include "support/wait.h"
 #include "tcp_robot.h"
 #include "window/main_window.h"
@@ -252,6 +253,29 @@ TEST(ViewsOfRobot, ComeBackInTheNextRunWithARobotThatWasClosed) {
     ASSERT_EQ(on.views(*dock).size(), 1u);
     EXPECT_EQ(settled(*on.views(*dock).front()), place) << isByItsDock;
   }
+}
+
+TEST(ViewsOfRobot, OfOneOfItsPluginsComeBackInTheNextRunWithARobotThatWasClosed) {
+  const SettingsOfTest settings;
+  const TcpRobot robot;
+  const SeveralPlugins plugins({"a_plugin", "b_plugin"}, FIXTURES "/viewing/viewing_plugin.so");
+  QRect place;
+  {
+    Window on(Past::Remembered, plugins.path());
+    on.window.connectTo(robot.address(), {"a_plugin", "b_plugin"});
+    RobotDock* first = on.dock(robot);
+    ASSERT_EQ(on.area().docks().size(), 2u);
+    ViewDock* stage = first->views().open("stage");
+    on.area().splitDockWidget(first, stage, Qt::Vertical);
+    place = settled(*stage);
+    on.window.closeCurrentRobot();
+    ASSERT_TRUE(waitUntil([&] { return on.area().docks().empty(); }));
+    on.close();
+  }
+  Window on(Past::Remembered, plugins.path());
+  const RobotDock* first = on.dock(robot);
+  ASSERT_EQ(on.views(*first).size(), 1u);
+  EXPECT_EQ(settled(*on.views(*first).front()), place);
 }
 
 TEST(ViewsOfRobot, LeaveTheSettingsAsTheyWereWhereNobodyOpenedOne) {
