@@ -62,7 +62,9 @@ TEST(VideoSettingsChoice, OfACameraSwitchesOnlyWhereItIsNotActive) {
   EXPECT_EQ(on.choose("camera", "0"), "");
   EXPECT_EQ(on.viewer.robot.takeCalls(), Lines{});
   EXPECT_EQ(on.choose("camera", "1"), "");
-  EXPECT_EQ(on.viewer.takeWrites().front(), "setParam(18, 1)");
+  const Lines writes = on.viewer.takeWrites();
+  ASSERT_FALSE(writes.empty());
+  EXPECT_EQ(writes.front(), "setParam(18, 1)");
   EXPECT_EQ(on.viewer.model().fCamera, 1);
 }
 
