@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <QComboBox>
+#include <QPointer>
 
+#include "lookout/lookout_widget.h"
 #include "robots/robot_report.h"
 #include "robots/robot_views.h"
 #include "robots/view_dock.h"
@@ -46,11 +48,12 @@ TEST(StageInWindow, PlaysOnInItsPlaceOnARobotThatWasRestarted) {
   ViewDock* stage = dock->views().open("stage");
   stage->setFillsScreen(true);
   ASSERT_TRUE(paints(*stage));
+  const QPointer<LookoutWidget> before(stage->view());
   robot.reset();
-  ASSERT_TRUE(waitUntil([&] { return session->state() == State::Lost; }));
+  ASSERT_TRUE(waitUntil([&] { return session->state() == State::Silent; }));
   robot = std::make_unique<KyrobotProcess>(
       std::vector<std::string>{"--port", std::to_string(address.port)});
-  ASSERT_TRUE(waitUntil([&] { return session->state() == State::Connected; }));
+  ASSERT_TRUE(waitUntil([&] { return before.isNull() && session->state() == State::Connected; }));
   EXPECT_TRUE(stage->fillsScreen());
   EXPECT_TRUE(paints(*stage));
 }
