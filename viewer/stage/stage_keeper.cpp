@@ -34,7 +34,8 @@ StageKeeper::StageKeeper(StageScene& scene, QString robot, QObject* parent)
 void StageKeeper::save(bool withOverlays) {
   if (!fScene.frame()) return emit said(tr("There is no picture to save yet."), false);
   const QString path = freeFileName(keepFolder(), keptName(fRobot), ".png");
-  savePicture(fScene.image(withOverlays), path).then(this, [this, path](const QString& problem) {
+  const PictureWriter* writer = PictureWriter::write(fScene.image(withOverlays), path);
+  connect(writer, &PictureWriter::ended, this, [this, path](const QString& problem) {
     if (problem.isEmpty())
       emit said(tr("Saved: %1").arg(path), true);
     else
