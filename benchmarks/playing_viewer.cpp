@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <stdexcept>
 
+#include "screen.h"
 #include "zu/log.h"
 #include "zu/os.h"
 
@@ -52,6 +53,16 @@ int runWindowed(int argc, char** argv, int (*run)(int argc, char** argv)) {
   const QApplication application(argc, argv);
   try {
     return run(argc, argv);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s: %s\n", argv[0], error.what());
+    return 1;
+  }
+}
+
+int runOnScreen(int argc, char** argv, int (*run)(int argc, char** argv)) {
+  try {
+    const Screen screen;
+    return runWindowed(argc, argv, run);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s: %s\n", argv[0], error.what());
     return 1;

@@ -31,6 +31,8 @@ struct Robot {
 // The main() of a benchmark with a window, which needs no display. `run` takes the command line and
 // returns the exit code; what it throws is said on standard error.
 int runWindowed(int argc, char** argv, int (*run)(int argc, char** argv));
+// The same in windows on a real screen, see Screen.
+int runOnScreen(int argc, char** argv, int (*run)(int argc, char** argv));
 
 // As a program's main loop does: sleeps while there is nothing to do.
 void runEventLoopFor(std::chrono::milliseconds time);

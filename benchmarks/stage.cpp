@@ -15,7 +15,6 @@
 #include <vector>
 
 #include "playing_viewer.h"
-#include "screen.h"
 #include "targets.h"
 #include "viewer/stage/stage_canvas.h"
 #include "viewer/stage/stage_keeper.h"
@@ -142,11 +141,5 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  try {
-    const bench::Screen screen;
-    return bench::runWindowed(argc, argv, run);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s: %s\n", argv[0], error.what());
-    return 1;
-  }
+  return bench::runOnScreen(argc, argv, run);
 }

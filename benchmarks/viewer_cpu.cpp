@@ -12,12 +12,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "playing_viewer.h"
-#include "screen.h"
 #include "targets.h"
 #include "viewer/stage/stage.h"
 
@@ -124,11 +122,5 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  try {
-    const bench::Screen screen;
-    return bench::runWindowed(argc, argv, run);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s: %s\n", argv[0], error.what());
-    return 1;
-  }
+  return bench::runOnScreen(argc, argv, run);
 }
