@@ -484,38 +484,4 @@ TEST(Widget, IsIndependentOfAnotherRobotsWidget) {
   EXPECT_TRUE(waitUntil([&] { return other.fetches > before; }));
 }
 
-TEST(Widget, OffersAStageAndTheRobotsFiles) {
-  Panel panel;
-  Widget& widget = panel.open();
-  EXPECT_EQ(widget.viewKinds(), QStringList({"stage", "files"}));
-  for (const QString& kind : widget.viewKinds()) {
-    const std::unique_ptr<LookoutWidget> view(widget.makeView(kind, nullptr));
-    ASSERT_NE(view, nullptr) << kind.toStdString();
-    EXPECT_FALSE(view->windowTitle().isEmpty()) << kind.toStdString();
-  }
-  EXPECT_EQ(widget.makeView("nothing", nullptr), nullptr);
-  EXPECT_TRUE(panel.viewer.robot.takeCalls().empty()) << "the robot is asked for nothing";
-}
-
-TEST(Widget, AsksForAStageAtADoubleClickOnThePictureAndAtS) {
-  Panel panel;
-  Widget& widget = panel.open();
-  widget.show();
-  QStringList wanted;
-  QObject::connect(&widget, &LookoutWidget::viewWanted, &widget,
-                   [&](const QString& kind, bool another) {
-                     EXPECT_FALSE(another);
-                     wanted << kind;
-                   });
-  sendMouse(widget.findChild<ViewImage*>(), QEvent::MouseButtonDblClick);
-  EXPECT_EQ(wanted, QStringList("stage"));
-  QKeyEvent key(QEvent::KeyPress, Qt::Key_S, Qt::NoModifier, "s");
-  QCoreApplication::sendEvent(&widget, &key);
-  EXPECT_EQ(wanted, QStringList({"stage", "stage"}));
-  QMouseEvent beside(QEvent::MouseButtonDblClick, QPointF(5, 5), QPointF(5, 5), Qt::LeftButton,
-                     Qt::LeftButton, Qt::NoModifier);
-  QCoreApplication::sendEvent(&widget, &beside);
-  EXPECT_EQ(wanted.size(), 2) << "not on the picture";
-}
-
 }  // namespace
