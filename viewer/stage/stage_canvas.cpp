@@ -198,7 +198,10 @@ void StageCanvas::paintHistogramBox(QPainter& painter) {
 void StageCanvas::countFrame() {
   if (!fScene.frame() || fScene.frame()->number == fPaintedNumber) return;
   fPaintedNumber = fScene.frame()->number;
-  ++fFramesPainted;
-  fLastPainted = std::chrono::steady_clock::now();
+  if (fPaintedTimestamp != fScene.frame()->timestamp) {
+    fPaintedTimestamp = fScene.frame()->timestamp;
+    ++fFramesPainted;
+    fLastPainted = std::chrono::steady_clock::now();
+  }
   emit painted();
 }

@@ -43,7 +43,7 @@ class StageCanvas : public QWidget {
   // By so many pixels of the picture; from its middle while none is pointed at.
   void movePointed(QPoint distance);
 
-  // Each new picture once.
+  // Each picture that was captured once, as often as the robot may send it.
   std::uint64_t framesPainted() const { return fFramesPainted; }
   std::optional<std::chrono::steady_clock::time_point> lastPainted() const { return fLastPainted; }
 
@@ -82,6 +82,7 @@ class StageCanvas : public QWidget {
   std::optional<QPointF> fPointer;   // while it is here, in the widget's coordinates
   std::optional<QPointF> fDragFrom;  // the same, while a button is down
   std::uint64_t fPaintedNumber = 0;
+  std::optional<std::int64_t> fPaintedTimestamp;
   std::uint64_t fFramesPainted = 0;
   std::optional<std::chrono::steady_clock::time_point> fLastPainted;
 };

@@ -6,6 +6,7 @@
 
 #include <QPushButton>
 #include <QTest>
+#include <atomic>
 #include <memory>
 
 #include "support/viewer_on_robot.h"
@@ -33,7 +34,11 @@ struct StageOnRobot {
     // Or else no key is a shortcut.
     EXPECT_TRUE(QTest::qWaitForWindowActive(stage.get()));
   }
-  void publish(Frame frame) { viewer.model().fFrames.publish(std::move(frame)); }
+  // As if it had been captured after the one before.
+  void publish(Frame frame) {
+    frame.timestamp += ++published;
+    viewer.model().fFrames.publish(std::move(frame));
+  }
   bool waitForFrames(quint64 count) {
     return waitUntil([this, count] { return stage->framesPainted() >= count; });
   }
@@ -44,6 +49,7 @@ struct StageOnRobot {
   QString line() const { return stage->findChild<StageLine*>()->text(); }
   QPushButton* invitation() const { return stage->findChild<QPushButton*>(); }
 
+  std::atomic<int> published = 0;
   ViewerOnRobot viewer;
   Player player;
   std::unique_ptr<Stage> stage;
